@@ -1,0 +1,69 @@
+# How every target of the tree is made: one language level, one set of warnings, one function a kind of target.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+
+find_program(VESSA_CCACHE ccache)
+if(VESSA_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${VESSA_CCACHE})
+endif()
+
+option(VESSA_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+
+add_library(vessa_options INTERFACE)
+if(MSVC)
+  target_compile_options(vessa_options INTERFACE /W4 /WX /permissive- /utf-8)
+else()
+  target_compile_options(vessa_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+endif()
+if(VESSA_SANITIZE)
+  target_compile_options(vessa_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
+  target_link_options(vessa_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(MINGW)
+  # One file to install: no runtime library of the compiler may be needed beside the result.
+  target_link_options(vessa_options INTERFACE -static)
+endif()
+target_include_directories(vessa_options INTERFACE ${CMAKE_SOURCE_DIR})
+
+# vessa_folder(NAME [BELOW target...]): the static library of one folder; BELOW names the folders under it.
+# Sources for one system stand beside the common ones as name_linux.cpp and name_windows.cpp.
+function(vessa_folder name)
+  cmake_parse_arguments(ARG "" "" "BELOW" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+  if(WIN32)
+    list(FILTER sources EXCLUDE REGEX "_linux\\.cpp$")
+  else()
+    list(FILTER sources EXCLUDE REGEX "_windows\\.cpp$")
+  endif()
+  if(sources)
+    add_library(vessa_${name} STATIC ${sources})
+    target_link_libraries(vessa_${name} PUBLIC vessa_options ${ARG_BELOW})
+  else()
+    add_library(vessa_${name} INTERFACE)
+    target_link_libraries(vessa_${name} INTERFACE vessa_options ${ARG_BELOW})
+  endif()
+endfunction()
+
+# vessa_test(NAME [LINK target...]): one test program out of the folder's sources, run by ctest.
+function(vessa_test name)
+  cmake_parse_arguments(ARG "" "" "LINK" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name}_test ${sources})
+  target_link_libraries(${name}_test PRIVATE vessa_options ${ARG_LINK} GTest::gmock GTest::gtest_main)
+  target_compile_definitions(${name}_test PRIVATE
+    VESSA_LIBRARY_PATH="$<TARGET_FILE:VessaDCM>" VESSA_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+  add_dependencies(${name}_test VessaDCM)
+  add_test(NAME ${name} COMMAND ${name}_test)
+endfunction()

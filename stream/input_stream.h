@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "dicom/status.h"
+
+namespace vessa {
+
+/// A stream of bytes to be parsed. Positions count from 1, as the host's streams do: 1 after `Open` on a fresh
+/// stream, size n + 1 for n bytes. Statuses: 0 or a negative failure; what is thrown stands with each class.
+class CVessaInputStream {
+ public:
+  virtual ~CVessaInputStream() = default;
+
+  /// Fills `destination` and moves past it.
+  virtual Status Read(std::span<std::uint8_t> destination) = 0;
+  /// Looks ahead without moving. At the end of the stream sets `at_end` and copies nothing.
+  virtual Status Peek(std::span<std::uint8_t> destination, bool& at_end) = 0;
+  virtual Status Skip(std::int64_t count) = 0;
+  /// 1-based position of the next byte to be read.
+  virtual std::int64_t GetPosition() = 0;
+  /// 1-based position just past the last byte, cut to 32 bits.
+  virtual std::int32_t GetSize() = 0;
+  /// Called once, before any read.
+  virtual Status Open() = 0;
+  /// The host object behind the stream.
+  virtual std::uint32_t GetOref() = 0;
+
+ protected:
+  CVessaInputStream() = default;
+  CVessaInputStream(const CVessaInputStream&) = default;
+  CVessaInputStream& operator=(const CVessaInputStream&) = default;
+};
+
+}  // namespace vessa
