@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "dicom/tag.h"
+
+namespace vessa {
+
+/// Where the path of the element or item at hand stands to a target path, in document order.
+enum class PathRelation {
+  kBefore,  ///< the first entry that differs is smaller: the target may still come
+  kLeads,   ///< the path is the target's beginning: the target may lie inside
+  kEqual,
+  kInside,  ///< the target is the path's beginning
+  kPassed,  ///< the first entry that differs is larger: the target can no longer come
+};
+
+/// The path to the element or item at hand (tag, item number, tag, ...), held against a target. Item numbers
+/// count from 1. The length of the common beginning is kept up to date, so that asking for the relation takes
+/// the same short time at any depth.
+class CDocumentPath {
+ public:
+  /// Takes the target and empties the path.
+  void SetTarget(std::vector<std::uint32_t> target);
+
+  void PushTag(Tag tag) { Push(tag.Value()); }
+  void PushItemCounter() { Push(0); }
+  /// Leaves an element or a sequence; an empty path stays empty.
+  void Pop();
+  /// Counts one item more when the last entry is an item counter (items of a sequence); fragments of pixel
+  /// data, whose last entry is a tag, are not counted.
+  void CountItem();
+
+  PathRelation Relation() const;
+  /// The last entry; 0 for an empty path.
+  std::uint32_t Last() const { return entries_.empty() ? 0 : entries_.back(); }
+
+ private:
+  void Push(std::uint32_t entry);
+  bool MatchesAt(std::size_t index) const { return entries_[index] == target_[index]; }
+
+  std::vector<std::uint32_t> target_;
+  std::vector<std::uint32_t> entries_;
+  std::size_t common_ = 0;  // entries at the beginning that path and target share
+};
+
+}  // namespace vessa

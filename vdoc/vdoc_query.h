@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "decompose/content_handler_interface.h"
+#include "host/vessa_list.h"
+#include "vdoc/document_path.h"
+
+namespace vessa {
+
+class CVessaBinaryOutputStream;
+
+/// Finds one element of a data set and ends the decomposition, by CSuccessException, as soon as the answer is
+/// complete or can no longer come. The answer is a VR and a value; none is no failure.
+///
+/// Without a result stream a value longer than one chunk is a failure (CVDocQueryException); with one, such a
+/// value goes to the stream whole, while the results still hold its first chunk.
+class CVDocQuery : public CContentHandlerInterface {
+ public:
+  /// @param property_list  a view of tag, item number, tag, ..., tag; its bytes must outlive the handler
+  /// @param sequence_answer  the sequence itself can be the answer: VR "SQ" and an empty value
+  /// @param result_stream  receives long values; null for none
+  explicit CVDocQuery(const VessaROList& property_list, bool sequence_answer = false,
+                      std::unique_ptr<CVessaBinaryOutputStream> result_stream = nullptr);
+  ~CVDocQuery() override;
+  CVDocQuery(const CVDocQuery&) = delete;
+  CVDocQuery& operator=(const CVDocQuery&) = delete;
+
+  /// Sends what the result stream still holds and shows the answer: VR and value, or nothing.
+  VessaROList Results();
+
+  /// @throws CVDocQueryException  a property list of even length
+  /// @throws std::exception  no list at all: the list codec's failures
+  void Reset() override;
+  Status StartContent(std::string_view) override { return kSuccess; }
+  Status EndContent() override { return kSuccess; }
+  Status StartItem(Tag tag, std::uint32_t length) override;
+  Status EndItem(Tag, std::uint32_t) override { return kSuccess; }
+  Status StartElement(Tag tag, Vr vr, std::uint32_t length) override;
+  Status EndElement(Tag tag) override;
+  Status Data(Tag tag, std::uint32_t chunk_number, std::span<const std::uint8_t> chunk) override;
+  Status StartSequence(Tag tag) override;
+  Status EndSequence() override;
+  bool WantsEmptySequences() override { return sequence_answer_; }
+
+ private:
+  Status Deliver(std::uint32_t chunk_number, std::span<const std::uint8_t> chunk);
+  Status DeliverToStream(std::uint32_t chunk_number, std::span<const std::uint8_t> chunk);
+  void KeepAnswer(std::span<const std::uint8_t> chunk);
+
+  VessaROList property_list_;
+  bool sequence_answer_;
+  CDocumentPath path_;
+  Vr vr_;                           // of the element last started
+  std::uint32_t value_length_ = 0;  // of the element, or of the pixel data fragment, last started
+  VessaList results_;
+  std::unique_ptr<CVessaBinaryOutputStream> result_stream_;
+  std::vector<std::uint8_t> pending_first_chunk_;  // while it is unknown whether more chunks follow
+};
+
+}  // namespace vessa
