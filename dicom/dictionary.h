@@ -29,8 +29,8 @@ std::optional<Vr> LookupVr(Tag tag);
 
 inline constexpr Tag kTagNotFound{0xFFFFFFFFU};
 
-/// The tag of a keyword, case significant; `kTagNotFound` where there is none, for repeating groups and for four
-/// keywords that are refused by design.
+/// The tag of a keyword, case significant; `kTagNotFound` where there is none, for repeating groups and for
+/// four keywords that are refused by design.
 Tag LookupKeyword(std::string_view keyword);
 
 }  // namespace vessa

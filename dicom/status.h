@@ -4,8 +4,9 @@
 
 namespace vessa {
 
-/// 0 or more: success. Negative: a failure in the Windows HRESULT convention. Host error codes travel as a Status
-/// too, when they are raised. A Status is raised by throwing it; it never reaches the host as a number.
+/// 0 or more: success. Negative: a failure in the Windows HRESULT convention. Host error codes travel as a
+/// Status too, when they are raised. A Status is raised by throwing it; it never reaches the host as a
+/// number.
 using Status = std::int32_t;
 
 constexpr Status MakeStatus(std::uint32_t bits) { return static_cast<Status>(bits); }

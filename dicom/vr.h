@@ -4,8 +4,8 @@
 
 namespace vessa {
 
-/// A value representation (PS3.5 section 6.2): two letters. Streams may hold any two bytes in their place, so any
-/// are allowed here; a zero terminator always follows them.
+/// A value representation (PS3.5 section 6.2): two letters. Streams may hold any two bytes in their place, so
+/// any are allowed here; a zero terminator always follows them.
 class Vr {
  public:
   constexpr Vr() = default;
@@ -27,6 +27,7 @@ class Vr {
   char letters_[3] = {};
 };
 
+inline constexpr Vr kVrLO{'L', 'O'};
 inline constexpr Vr kVrNA{'N', 'A'};  ///< the dictionary's own: item and delimitation tags
 inline constexpr Vr kVrOB{'O', 'B'};
 inline constexpr Vr kVrOF{'O', 'F'};
@@ -38,11 +39,12 @@ inline constexpr Vr kVrUS{'U', 'S'};
 inline constexpr Vr kVrUT{'U', 'T'};
 inline constexpr Vr kVrXS{'X', 'S'};  ///< the dictionary's own: US or SS
 
-/// True for OX, OB, OW, OF, SQ, UT and UN: in explicit syntaxes two reserved bytes and a 4-byte length follow these;
-/// a 2-byte length follows every other. The list is kept as hosts have always met it: the later VRs that PS3.5
-/// gives a 4-byte length (OD, OL, OV, UC, UR, SV, UV) are not in it.
+/// True for OX, OB, OW, OF, SQ, UT and UN: in explicit syntaxes two reserved bytes and a 4-byte length follow
+/// these; a 2-byte length follows every other. The list is kept as hosts have always met it: the later VRs
+/// that PS3.5 gives a 4-byte length (OD, OL, OV, UC, UR, SV, UV) are not in it.
 constexpr bool HasLongLength(Vr vr) {
-  return vr == kVrOX || vr == kVrOB || vr == kVrOW || vr == kVrOF || vr == kVrSQ || vr == kVrUT || vr == kVrUN;
+  return vr == kVrOX || vr == kVrOB || vr == kVrOW || vr == kVrOF || vr == kVrSQ || vr == kVrUT ||
+         vr == kVrUN;
 }
 
 }  // namespace vessa

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "dicom/tag.h"
+#include "dicom/vr.h"
+
+namespace vessa {
+
+// What can be said of a private tag (odd group, PS3.5 section 7.8) without the dictionary of its creator.
+
+/// Stands for keyword and note.
+inline constexpr std::string_view kPrivateNote = "(private)";
+
+/// 8 hexadecimal digits, lower case: hosts have always met them so.
+std::string PrivateTagText(Tag tag);
+
+/// LO for the private creators, else UN. The creators' range is that of the element's low 12 bits, 010 to
+/// 100, and holds 100 although PS3.5 ends it at 0FF; groups below 0009 have none.
+constexpr Vr PrivateTagVr(Tag tag) {
+  constexpr std::uint16_t kFirstGroup = 0x0009;
+  const unsigned low_bits = tag.Element() & 0x0FFFU;
+  const bool creator = tag.Group() >= kFirstGroup && low_bits >= 0x010 && low_bits <= 0x100;
+  return creator ? kVrLO : kVrUN;
+}
+
+}  // namespace vessa
