@@ -18,8 +18,8 @@ enum class PathRelation {
 };
 
 /// The path to the element or item at hand (tag, item number, tag, ...), held against a target. Item numbers
-/// count from 1. The length of the common beginning is kept up to date, so that asking for the relation takes
-/// the same short time at any depth.
+/// count from 1. The length of the common beginning is kept up to date and what lies deeper than the target
+/// is counted only: no step allocates, and the relation takes the same short time to tell at any depth.
 class CDocumentPath {
  public:
   /// Takes the target and empties the path.
@@ -34,16 +34,14 @@ class CDocumentPath {
   void CountItem();
 
   PathRelation Relation() const;
-  /// The last entry; 0 for an empty path.
-  std::uint32_t Last() const { return entries_.empty() ? 0 : entries_.back(); }
 
  private:
   void Push(std::uint32_t entry);
-  bool MatchesAt(std::size_t index) const { return entries_[index] == target_[index]; }
 
   std::vector<std::uint32_t> target_;
-  std::vector<std::uint32_t> entries_;
-  std::size_t common_ = 0;  // entries at the beginning that path and target share
+  std::vector<std::uint32_t> entries_;  // as long as the target; the first `depth_` of them are the path's
+  std::size_t depth_ = 0;               // entries of the path
+  std::size_t common_ = 0;              // entries at the beginning that path and target share
 };
 
 }  // namespace vessa

@@ -38,6 +38,7 @@ class CVDocNextSubscript : public CContentHandlerInterface {
  private:
   VessaROList property_list_;
   CDocumentPath path_;
+  std::uint32_t wanted_ = 0;  // the item that answers
   std::uint32_t found_ = 0;
 };
 
