@@ -1,0 +1,47 @@
+#!/bin/sh
+# Installs the Debian 12 packages that a task needs; does nothing when all are there.
+#
+#   scripts/setup.sh try     build the library and the tool, decompose a sample file
+#   scripts/setup.sh test    everything that scripts/test.sh runs (the default)
+#   scripts/setup.sh bench   what scripts/bench.sh needs on top
+set -eu
+
+# python3-pydicom brings the sample files. All other packages are compilers, libraries and test peers.
+try_packages='git cmake ninja-build g++ ccache zlib1g-dev libcli11-dev libfmt-dev nlohmann-json3-dev liblmdb-dev
+  python3-pydicom'
+test_packages="$try_packages binutils clang-format clang-tidy dcmtk libgdcm-tools libgmock-dev libgtest-dev googletest
+  g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64"
+bench_packages="$try_packages libbenchmark-dev libdcmtk-dev"
+
+case "${1:-test}" in
+  try) packages=$try_packages ;;
+  test) packages=$test_packages ;;
+  bench) packages=$bench_packages ;;
+  *)
+    sed -n '2,6s/^# \{0,1\}//p' "$0" >&2
+    exit 2
+    ;;
+esac
+
+missing=
+for package in $packages; do
+  status=$(dpkg-query --show --showformat='${db:Status-Abbrev}' "$package" 2>/dev/null || true)
+  case $status in
+    ii*) ;;
+    *) missing="$missing $package" ;;
+  esac
+done
+[ -n "$missing" ] || exit 0
+
+as_root=
+if [ "$(id -u)" != 0 ]; then
+  command -v sudo >/dev/null || {
+    echo "setup: needs root or sudo to install:$missing" >&2
+    exit 1
+  }
+  as_root='sudo'
+fi
+echo "setup: installing$missing" >&2
+$as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq update
+# shellcheck disable=SC2086  # a list of words
+$as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq install --yes --no-install-recommends $missing >&2

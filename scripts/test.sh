@@ -1,0 +1,79 @@
+#!/bin/sh
+# Builds and runs every test, and the formatter's and linter's checks. Set-up included.
+#
+#   scripts/test.sh                     all stages
+#   scripts/test.sh release windows     these alone: format, release, sanitize, windows, tidy
+#
+# All stages run, also after one has failed; the table at the end names each with its outcome and time.
+# Everything that is made lies under build/: delete it for a cold start.
+set -u
+cd "$(dirname "$0")/.." || exit 1
+scripts/setup.sh test || exit 1
+
+jobs=$(nproc)
+table=build/test-stages.txt
+mkdir -p build
+: >"$table"
+failed=0
+
+# stage NAME COMMAND...: runs the command, notes outcome and time.
+stage() {
+  name=$1
+  shift
+  printf '\n=== %s\n' "$name"
+  started=$(date +%s)
+  if "$@"; then outcome=passed; else outcome=FAILED failed=1; fi
+  printf '%-22s %s %5d s\n' "$name" "$outcome" $(($(date +%s) - started)) >>"$table"
+  [ $outcome = passed ]
+}
+
+check_format() {
+  git ls-files -z '*.h' '*.cpp' | xargs -0 --no-run-if-empty clang-format --dry-run -Werror
+}
+
+build() {
+  cmake --preset "$1" --log-level=WARNING -DVESSA_BUILD_TESTS=ON &&
+    cmake --build --preset "$1" -j "$jobs"
+}
+
+# Runs the tests of one preset. Each program's own report goes to a log, from which the cases are counted.
+run_tests() {
+  ctest --preset "$1" -j "$jobs" --progress
+}
+
+build_and_test() {
+  stage "$1: build" build "$1" && stage "$1: tests" run_tests "$1"
+}
+
+# A Windows system of our own, so that nobody's is touched and none need exist.
+start_wine() {
+  export WINEPREFIX="$PWD/build/wine" WINEDEBUG=-all WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe='
+  unset DISPLAY
+  [ -f "$WINEPREFIX/system.reg" ] || wineboot --init >/dev/null 2>&1
+}
+
+tidy() {
+  cmake --preset tidy --log-level=WARNING && cmake --build --preset tidy -j "$jobs" -- -k 0
+}
+
+for wanted in ${*:-format release sanitize windows tidy}; do
+  case $wanted in
+    format) stage format check_format ;;
+    release | sanitize) build_and_test "$wanted" ;;
+    windows) stage 'windows: wine' start_wine && build_and_test windows ;;
+    tidy) stage tidy tidy ;;
+    *)
+      echo "test: unknown stage '$wanted'" >&2
+      exit 2
+      ;;
+  esac
+done
+
+# Cases, not programs: what each test program said of itself.
+count() {
+  cat build/*/Testing/Temporary/LastTest.log 2>/dev/null | grep -c "$1"
+}
+printf '\n'
+cat "$table"
+printf '%d test cases passed, %d failed\n' "$(count '^\[       OK \]')" "$(count '^\[  FAILED  \].*ms)$')"
+exit $failed
