@@ -1,14 +1,15 @@
 #pragma once
 
-// What crosses between the host and the library, the same on Windows x86-64 and Linux x86-64. This header stands
-// alone: a host, or a stand-in for one, includes it and nothing else of the library.
+// What crosses between the host and the library, the same on Windows x86-64 and Linux x86-64. This header
+// stands alone: a host, or a stand-in for one, includes it and nothing else of the library.
 
 #include <cstddef>
 #include <cstdint>
 
 namespace vessa {
 
-/// A counted array: `count` units of `units` are in use. The host hands arguments in it and takes results out of it.
+/// A counted array: `count` units of `units` are in use. The host hands arguments in it and takes results out
+/// of it.
 template <class Unit, std::size_t kUnits>
 struct VessaString {
   static constexpr std::size_t kCapacity = kUnits;
@@ -25,21 +26,24 @@ struct LongStringDescriptor {
 };
 
 /// Type codes of `HostServices::convert_result`.
-inline constexpr int kConvertToInteger = 1;        ///< receiver: std::int32_t
-inline constexpr int kConvertToCountedString = 3;  ///< receiver: HostString, its capacity in `count` on the way in
+inline constexpr int kConvertToInteger = 1;  ///< receiver: std::int32_t
+inline constexpr int kConvertToCountedString =
+    3;  ///< receiver: HostString, its capacity in `count` on the way in
 
-/// The host's callback table, by position. Functions return 0 or the host's error code; on an error nothing was
-/// pushed or popped. Texts handed in are copied by the host; texts handed out stay the host's and are valid until
-/// the next callback. Lengths of 8-bit text are in bytes, of 16-bit text in units; no text needs a terminator.
+/// The host's callback table, by position. Functions return 0 or the host's error code; on an error nothing
+/// was pushed or popped. Texts handed in are copied by the host; texts handed out stay the host's and are
+/// valid until the next callback. Lengths of 8-bit text are in bytes, of 16-bit text in units; no text needs
+/// a terminator.
 struct HostServices {
   using Unused = void (*)();
 
   Unused unused_0[10];
-  int (*convert_result)(int type, void* receiver);  ///< 10: value of the last call or property fetch, converted
+  int (*convert_result)(int type,
+                        void* receiver);  ///< 10: value of the last call or property fetch, converted
   Unused unused_11[3];
-  int (*push_integer)(int value);                                 ///< 14
-  int (*push_double)(double value);                               ///< 15
-  int (*push_string)(int length, const unsigned char* text);      ///< 16
+  int (*push_integer)(int value);                                  ///< 14
+  int (*push_double)(double value);                                ///< 15
+  int (*push_string)(int length, const unsigned char* text);       ///< 16
   int (*push_wide_string)(int length, const std::uint16_t* text);  ///< 17
   Unused unused_18[8];
   int (*push_global)(int length, const unsigned char* name);  ///< 26
@@ -54,7 +58,7 @@ struct HostServices {
   Unused unused_41[4];
   int (*push_method)(unsigned int oref, int length, const unsigned char* name, int result_wanted);  ///< 45
   Unused unused_46[2];
-  int (*invoke_method)(int arguments);                                           ///< 48
+  int (*invoke_method)(int arguments);                                             ///< 48
   int (*push_property)(unsigned int oref, int length, const unsigned char* name);  ///< 49
   Unused unused_50[1];
   int (*get_property)();  ///< 51
@@ -84,10 +88,10 @@ struct HostServices {
 /// The entry of a call-out, by its argument types.
 union CallOutEntry {
   void (*any)();
-  std::int32_t (*buffer)(HostString*);                                           ///< "Bz", "B"
-  std::int32_t (*buffer_and_integer)(HostString*, std::int32_t);                 ///< "Bi"
-  std::int32_t (*three_integers)(std::int32_t, std::int32_t, std::int32_t);      ///< "ioo"
-  std::int32_t (*arguments_unread)();                                            ///< "coi"
+  std::int32_t (*buffer)(HostString*);                                       ///< "Bz", "B"
+  std::int32_t (*buffer_and_integer)(HostString*, std::int32_t);             ///< "Bi"
+  std::int32_t (*three_integers)(std::int32_t, std::int32_t, std::int32_t);  ///< "ioo"
+  std::int32_t (*arguments_unread)();                                        ///< "coi"
 };
 
 /// A row of the call-out table; a row of three nulls ends it.

@@ -8,19 +8,23 @@
 
 namespace vessa {
 
-/// A host value list under construction; owns its bytes (malloc, realloc, free). A failed growth throws
-/// std::bad_alloc and leaves the list as it was.
+/// A host value list under construction. It owns its bytes, on the heap or in storage handed to it. A failed
+/// growth throws std::bad_alloc and leaves the list as it was.
 class VessaList : public VessaROList {
  public:
+  /// Starts without room, on the heap.
   VessaList();
+  /// Starts in `storage`, which must outlive the list; goes to the heap only when it outgrows it.
+  explicit VessaList(std::span<std::uint8_t> storage);
   ~VessaList() override;
   VessaList(const VessaList&) = delete;
   VessaList& operator=(const VessaList&) = delete;
 
-  /// Makes room for `bytes` bytes in all: the smallest of 32, 64, 128, 256 and 512 that holds them, above that the
-  /// next multiple of 1024.
+  /// Makes room for `bytes` bytes in all: the smallest of 32, 64, 128, 256 and 512 that holds them, above
+  /// that the next multiple of 1024.
   virtual void Reserve(std::uint64_t bytes);
 
+  // What is appended must not lie in the list itself.
   void AppendString(std::span<const std::uint8_t> text);
   void AppendString(std::string_view text);
   void AppendWString(std::u16string_view text);
@@ -30,7 +34,15 @@ class VessaList : public VessaROList {
   void Clear();  ///< empties the list and keeps its room
 
  private:
+  /// Makes room for one item at `offset` and writes its header and type.
+  /// @param data_bytes  length of the item's data
+  /// @return            where the data go
+  std::span<std::uint8_t> Insert(std::uint64_t offset, ItemType type, std::uint64_t data_bytes);
+  void AppendInteger(ItemType type, std::uint64_t bits, std::uint64_t data_bytes);
+
+  std::uint8_t* buffer_ = nullptr;  // what bytes_ points at, writable
   std::uint64_t capacity_ = 0;
+  bool on_heap_ = true;
 };
 
 }  // namespace vessa
