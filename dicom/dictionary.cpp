@@ -29,12 +29,13 @@ constexpr std::uint32_t BucketOf(Tag tag) {
 }
 
 bool FillBuckets() {
-  std::uint16_t pair = 0;
-  for (std::uint32_t bucket = 0; bucket < kTagIndexBuckets; ++bucket) {
-    g_first_pair[bucket] = pair;
-    while (pair < kTagIndexPairs.size() && BucketOf(Tag{kTagIndexPairs[pair].tag}) == bucket) ++pair;
+  std::uint32_t bucket = 0;
+  for (std::uint16_t pair = 0; pair < kTagIndexPairs.size(); ++pair) {
+    for (const std::uint32_t own = BucketOf(Tag{kTagIndexPairs[pair].tag}); bucket <= own; ++bucket) {
+      g_first_pair[bucket] = pair;
+    }
   }
-  g_first_pair[kTagIndexBuckets] = pair;
+  for (; bucket <= kTagIndexBuckets; ++bucket) g_first_pair[bucket] = kTagIndexPairs.size();
   return true;
 }
 
@@ -77,8 +78,7 @@ std::optional<TagEntry> LookupTag(Tag tag) {
 std::optional<Vr> LookupVr(Tag tag) {
   if (tag.IsPrivate()) return PrivateTagVr(tag);
   const TagIndexPair* const pair = FindPair(CanonicalTag(tag));
-  if (pair == nullptr) return std::nullopt;
-  return Vr{pair->vr[0], pair->vr[1]};
+  return pair != nullptr ? pair->vr : std::nullopt;
 }
 
 Tag LookupKeyword(std::string_view keyword) {

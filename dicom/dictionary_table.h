@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "dicom/tag.h"
@@ -29,14 +30,13 @@ inline constexpr std::size_t kKeywordRows = 4899;
 
 extern const std::array<DictionaryRow, kDictionaryRows> kDictionaryTable;
 
-/// One entry of the tag index. The VR is a copy of the row's, so that a look-up of a VR needs no row: 8 bytes
-/// an entry keep the tags of a usual data set in the cache.
+/// One entry of the tag index. The VR is a copy of the row's, so that a look-up of a VR needs no row; it is
+/// never empty, but kept in the shape of the answer, so that it is copied in one piece.
 struct TagIndexPair {
   std::uint32_t tag;
   std::uint16_t row;
-  char vr[2];
+  std::optional<Vr> vr;
 };
-static_assert(sizeof(TagIndexPair) == 8);
 
 inline constexpr std::uint32_t kTagIndexBuckets = 41227;
 

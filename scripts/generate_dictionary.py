@@ -41,7 +41,7 @@ TAIL = """\
 }};
 
 static_assert(kDictionaryTable.back().tag_text.size() == 8, "the table is full");
-static_assert(kTagIndexPairs.back().vr[0] != '\\0', "the index is full");
+static_assert(kTagIndexPairs.back().vr.has_value(), "the index is full");
 static_assert(std::adjacent_find(kDictionaryTable.begin(), kDictionaryTable.begin() + kKeywordRows,
                                  [](const DictionaryRow& left, const DictionaryRow& right) {
                                    return left.keyword >= right.keyword;
@@ -74,7 +74,7 @@ def row_line(tag, keyword, vr, vm):
 
 
 def pair_text(tag, row, vr):
-    return f"{{0x{tag}, {row}, {{{letters(vr)}}}}},"
+    return f"{{0x{tag}, {row}, Vr{{{letters(vr)}}}}},"
 
 
 def index_lines(rows):
