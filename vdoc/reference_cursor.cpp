@@ -1,10 +1,10 @@
 #include "vdoc/reference_cursor.h"
 
-#include <limits>
 #include <optional>
 
 #include "dicom/dictionary.h"
 #include "dicom/vr.h"
+#include "platform/number_text.h"
 #include "vdoc/exceptions.h"
 #include "vdoc/message_texts.h"
 
@@ -44,15 +44,9 @@ void CReferenceCursor::Expect(char character) {
 }
 
 std::int32_t CReferenceCursor::ReadInteger() {
-  constexpr std::int64_t kLargest = std::numeric_limits<std::int32_t>::max();
   const std::string_view digits = TakeWhile(IsDigit);
   if (digits.empty()) Fail(vdoc_text::kExpectedInteger);
-  std::int64_t value = 0;
-  for (const char digit : digits) {
-    value = value * 10 + (digit - '0');
-    if (value > kLargest) value = kLargest;  // and stays there: 10 * kLargest is above it again
-  }
-  return static_cast<std::int32_t>(value);
+  return ParseInteger32(digits);
 }
 
 std::uint16_t CReferenceCursor::ReadHexGroup() {
