@@ -1,0 +1,69 @@
+#include <benchmark/benchmark.h>
+
+#include "bench/data_set.h"
+#include "bench/dcmtk_peer.h"
+#include "bench/idle_host.h"
+#include "bench/library_under_test.h"
+#include "bench/recording.h"
+
+// Decomposing, three ways in one run: the library against callbacks that do nothing, its callbacks alone,
+// DCMTK. Counters: ns an element or bytes a second, so that the three can be laid side by side.
+
+namespace bench {
+namespace {
+
+void PerElement(benchmark::State& state, const DataSet& data_set) {
+  state.counters["per_element"] =
+      benchmark::Counter(static_cast<double>(data_set.elements),
+                         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(data_set.bytes.size()));
+}
+
+void Decompose(benchmark::State& state, const DataSet& data_set, const char* syntax) {
+  LibraryUnderTest library(IdleHost());
+  for (auto _ : state) {
+    ServeStream(data_set.bytes);
+    library.DecomposeStream(syntax);
+  }
+  PerElement(state, data_set);
+}
+
+void Replay(benchmark::State& state, const DataSet& data_set, const char* syntax) {
+  Recording recording;
+  {
+    LibraryUnderTest library(recording.RecordOver(IdleHost()));
+    ServeStream(data_set.bytes);
+    library.DecomposeStream(syntax);
+  }
+  for (auto _ : state) {
+    ServeStream(data_set.bytes);
+    recording.Replay(*IdleHost());
+  }
+  PerElement(state, data_set);
+  state.counters["callbacks"] = static_cast<double>(recording.Count());
+}
+
+void Dcmtk(benchmark::State& state, const DataSet& data_set, const char* syntax) {
+  for (auto _ : state) benchmark::DoNotOptimize(ParseWithDcmtk(data_set.bytes, syntax));
+  PerElement(state, data_set);
+}
+
+void RegisterSet(const std::string& name, const DataSet& data_set, const char* syntax) {
+  benchmark::RegisterBenchmark(("decompose/" + name + "/library").c_str(), Decompose, data_set, syntax);
+  benchmark::RegisterBenchmark(("decompose/" + name + "/replay").c_str(), Replay, data_set, syntax);
+  benchmark::RegisterBenchmark(("decompose/" + name + "/dcmtk").c_str(), Dcmtk, data_set, syntax);
+}
+
+}  // namespace
+
+void RegisterDecomposeBenchmarks() {
+  constexpr std::uint32_t kPixelBytes = 256U << 20;
+  constexpr std::uint32_t kFragmentBytes = 64U << 10;
+  constexpr std::size_t kFragments = 2000;
+  RegisterSet("200k elements explicit", ManySmallElements(VrForm::kExplicit), kExplicitLittleEndian);
+  RegisterSet("200k elements implicit", ManySmallElements(VrForm::kImplicit), kImplicitLittleEndian);
+  RegisterSet("256 MB native pixels", NativePixelData(VrForm::kExplicit, kPixelBytes), kExplicitLittleEndian);
+  RegisterSet("2000 fragments of 64 KB", Fragments(kFragments, kFragmentBytes), kJpegBaseline);
+}
+
+}  // namespace bench

@@ -1,0 +1,10 @@
+#include <benchmark/benchmark.h>
+
+#include "bench/registration.h"
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  bench::RegisterDecomposeBenchmarks();
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}

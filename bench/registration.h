@@ -1,0 +1,8 @@
+#pragma once
+
+namespace bench {
+
+// Each file of benchmarks registers its own.
+void RegisterDecomposeBenchmarks();
+
+}  // namespace bench
