@@ -49,6 +49,13 @@ const TagIndexPair* FindPair(Tag canonical) {
   return nullptr;
 }
 
+/// Never empty; the two answers stand ready, so that they are copied in one piece.
+const std::optional<Vr>& PrivateVr(Tag tag) {
+  static constexpr std::optional<Vr> kCreator = kPrivateCreatorVr;
+  static constexpr std::optional<Vr> kElement = kPrivateElementVr;
+  return IsPrivateCreator(tag) ? kCreator : kElement;
+}
+
 /// Elements whose keyword stands in the standard but is refused to hosts, which have always been answered so.
 constexpr bool IsRefusedByKeyword(Tag tag) {
   constexpr Tag kMagnificationType{0x2010, 0x0060};
@@ -65,7 +72,7 @@ void InitialiseDictionary() { [[maybe_unused]] static const bool filled = FillBu
 
 std::optional<TagEntry> LookupTag(Tag tag) {
   if (tag.IsPrivate()) {
-    return TagEntry{PrivateTagText(tag), kPrivateNote, PrivateTagVr(tag), "1", kPrivateNote};
+    return TagEntry{PrivateTagText(tag), kPrivateNote, *PrivateVr(tag), "1", kPrivateNote};
   }
   const Tag canonical = CanonicalTag(tag);
   const TagIndexPair* const pair = FindPair(canonical);
@@ -76,7 +83,7 @@ std::optional<TagEntry> LookupTag(Tag tag) {
 }
 
 std::optional<Vr> LookupVr(Tag tag) {
-  if (tag.IsPrivate()) return PrivateTagVr(tag);
+  if (tag.IsPrivate()) return PrivateVr(tag);
   const TagIndexPair* const pair = FindPair(CanonicalTag(tag));
   return pair != nullptr ? pair->vr : std::nullopt;
 }

@@ -16,13 +16,15 @@ inline constexpr std::string_view kPrivateNote = "(private)";
 /// 8 hexadecimal digits, lower case: hosts have always met them so.
 std::string PrivateTagText(Tag tag);
 
-/// LO for the private creators, else UN. The creators' range is that of the element's low 12 bits, 010 to
-/// 100, and holds 100 although PS3.5 ends it at 0FF; groups below 0009 have none.
-constexpr Vr PrivateTagVr(Tag tag) {
+/// The creators' range is that of the element's low 12 bits, 010 to 100, and holds 100 although PS3.5 ends it
+/// at 0FF; groups below 0009 have none.
+constexpr bool IsPrivateCreator(Tag tag) {
   constexpr std::uint16_t kFirstGroup = 0x0009;
   const unsigned low_bits = tag.Element() & 0x0FFFU;
-  const bool creator = tag.Group() >= kFirstGroup && low_bits >= 0x010 && low_bits <= 0x100;
-  return creator ? kVrLO : kVrUN;
+  return tag.Group() >= kFirstGroup && low_bits >= 0x010 && low_bits <= 0x100;
 }
+
+inline constexpr Vr kPrivateCreatorVr = kVrLO;
+inline constexpr Vr kPrivateElementVr = kVrUN;
 
 }  // namespace vessa
