@@ -1,0 +1,42 @@
+#pragma once
+
+// Keys of global nodes as bytes whose plain order is the order in which the host walks its globals: among the
+// subscripts of one level the empty one first, then canonical numbers by value, then all other texts by their
+// bytes.
+//
+// A key is the name of the global, written like a text, and then its subscripts, end to end. No subscript's
+// bytes are the beginning of another's, so the nodes below a node are those whose keys begin with its key.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "emulator/value.h"
+
+namespace emulator {
+
+/// True for a text that is a number just as the host writes it: "0", "12", "-7", ".5", "-1.25"; not "01",
+/// "1.0", "-0".
+bool IsCanonicalNumber(std::string_view text);
+
+/// Appends the key bytes of one subscript.
+void AppendSubscript(std::string_view text, std::string& key);
+
+/// The same for a subscript as it was pushed; numbers in their canonical form.
+/// @throws HostError  as AsBytes
+void AppendSubscript(const Value& subscript, std::string& key);
+
+/// Length in bytes of the subscript at the start of `key`, which must be well formed and not empty.
+std::size_t SubscriptLength(std::string_view key);
+
+/// The text of the subscript whose key bytes stand at the start of `key`.
+std::string SubscriptText(std::string_view key);
+
+/// The key of a global as a whole, without subscripts.
+std::string GlobalKey(std::string_view name);
+
+/// A byte that sorts behind whatever can follow a key: key + kBehindDescendants comes after all nodes below
+/// the node.
+inline constexpr char kBehindDescendants = '\xFF';
+
+}  // namespace emulator

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "emulator/operation.h"
+
+namespace emulator {
+
+/// Answers with which a broken host would mislead the library, with status 0.
+enum class Lie {
+  kNegativeLength,      ///< PopString, PopWideString: length -1
+  kNoBytes,             ///< PopString, PopWideString: a length above 0 and a null pointer
+  kCountAboveCapacity,  ///< ConvertResult to a counted string: 65535 in its count
+};
+
+/// Which callbacks are to fail, and with what. Every rule counts from 1 and from when it was given.
+class FaultPlan {
+ public:
+  /// The nth callback of any kind answers `status`, and all behind it when `from_then_on`.
+  void FailNth(std::uint64_t n, int status, bool from_then_on = false);
+
+  /// The nth use of one operation. An operation that answers with an area answers null.
+  void FailNth(Operation operation, std::uint64_t n, int status, bool from_then_on = false);
+
+  /// The nth InvokeMethod of a method of that name.
+  void FailNthMethod(std::string_view method, std::uint64_t n, int status, bool from_then_on = false);
+
+  /// The nth answer that can hold that lie.
+  void LieNth(Lie lie, std::uint64_t n);
+
+  /// Forgets all rules.
+  void Clear();
+
+  /// Rules that have failed a callback, as a number: 0 tells that the plan did not come to be used.
+  std::uint64_t Hits() const { return hits_; }
+
+  // --- asked by the host, once a callback ---
+
+  bool Empty() const { return rules_.empty() && lies_.empty(); }
+  /// Status that the callback has to answer; 0: none. `method` is the method that InvokeMethod is about to
+  /// call.
+  int StatusFor(Operation operation, std::string_view method);
+  bool Lies(Lie lie);
+
+ private:
+  struct Rule {
+    std::optional<Operation> operation;
+    std::optional<std::string> method;
+    std::uint64_t n = 1;
+    int status = 0;
+    bool from_then_on = false;
+    std::uint64_t seen = 0;
+  };
+  struct PlannedLie {
+    Lie lie;
+    std::uint64_t n;
+    std::uint64_t seen = 0;
+  };
+
+  std::vector<Rule> rules_;
+  std::vector<PlannedLie> lies_;
+  std::uint64_t hits_ = 0;
+};
+
+}  // namespace emulator

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "emulator/value.h"
+
+namespace emulator {
+
+using Subscripts = std::span<const Value>;
+
+/// A node with its subscripts as texts.
+struct GlobalNode {
+  std::string name;
+  std::vector<std::string> subscripts;
+};
+
+/// What follows a subscript on its level.
+struct NextSubscript {
+  std::string subscript;       ///< empty at the end of the level
+  std::optional<Value> value;  ///< of the node itself; none where only nodes below it have one
+};
+
+/// The host's globals: trees of nodes, ordered by the host's collation. Names stand without the leading "^".
+/// Values are texts, 8-bit or 16-bit; numbers are kept in canonical form. The functions whose names end in
+/// Key take keys made by collation.h and are the quick way for those who have them.
+class Globals {
+ public:
+  Globals() = default;
+  virtual ~Globals() = default;
+  Globals(const Globals&) = delete;
+  Globals& operator=(const Globals&) = delete;
+
+  /// @throws HostError  kInvalidSubscript for an empty subscript, kInvalidArgument for an object as a value
+  void Set(std::string_view name, const std::vector<Value>& subscripts, const Value& value);
+
+  /// The node's value; none when the node has none.
+  std::optional<Value> Get(std::string_view name, const std::vector<Value>& subscripts) const;
+
+  /// 0 nothing there, 1 a value, 10 nodes below, 11 both.
+  int Defined(std::string_view name, const std::vector<Value>& subscripts) const;
+
+  /// The neighbour of the last subscript, `direction` +1 or -1; an empty last subscript stands before the
+  /// first and behind the last.
+  NextSubscript Order(std::string_view name, const std::vector<Value>& subscripts, int direction = 1) const;
+
+  /// Removes the node and all nodes below it.
+  void Kill(std::string_view name, const std::vector<Value>& subscripts = {});
+
+  /// Visits every node that has a value, from the given one down, in the host's order, until `visit` returns
+  /// false.
+  void Visit(std::string_view name, const std::vector<Value>& subscripts,
+             const std::function<bool(const GlobalNode&, const Value&)>& visit) const;
+
+  std::optional<Value> GetKey(std::string_view key) const;
+  int DefinedKey(std::string_view key) const;
+  /// `level` is the key of the node above, `subscript` the key bytes of the subscript.
+  NextSubscript OrderKey(std::string_view level, std::string_view subscript, int direction) const;
+
+ protected:
+  /// A node as it is kept: its key and its value as bytes. Both are valid until the next change.
+  struct Entry {
+    std::string_view key;
+    std::string_view value;
+  };
+
+  // What a store has to know: bytes ordered by bytes.
+  virtual void Put(std::string_view key, std::string_view value) = 0;
+  virtual std::optional<Entry> Find(std::string_view key) const = 0;
+  virtual std::optional<Entry> FirstNotBefore(std::string_view key) const = 0;
+  virtual std::optional<Entry> LastBefore(std::string_view key) const = 0;
+  /// Removes the keys from `first` on that come before `behind`.
+  virtual void Erase(std::string_view first, std::string_view behind) = 0;
+
+ private:
+  NextSubscript Neighbour(const std::optional<Entry>& entry, std::string_view level) const;
+};
+
+}  // namespace emulator
