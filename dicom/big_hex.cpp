@@ -69,8 +69,8 @@ std::string BigHexToDecimal(std::string_view hexadecimal) {
   Decimal sum;
   Decimal place_value{1};  // 16 to the power of the position
   bool place_fits = true;  // once it does not, only zeros may come
-  for (auto character = hexadecimal.rbegin(); character != hexadecimal.rend(); ++character) {
-    if (const unsigned value = DigitValue(*character); value != 0) {
+  for (std::size_t left = hexadecimal.size(); left > 0; --left) {
+    if (const unsigned value = DigitValue(hexadecimal[left - 1]); value != 0) {
       Decimal scaled = place_value;
       if (!place_fits || !scaled.MultiplyBy(value) || !sum.Add(scaled)) throw E_FAIL;
     }

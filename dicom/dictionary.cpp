@@ -30,9 +30,9 @@ constexpr std::uint32_t BucketOf(Tag tag) {
 
 bool FillBuckets() {
   std::uint32_t bucket = 0;
-  for (std::uint16_t pair = 0; pair < kTagIndexPairs.size(); ++pair) {
+  for (std::size_t pair = 0; pair < kTagIndexPairs.size(); ++pair) {
     for (const std::uint32_t own = BucketOf(Tag{kTagIndexPairs[pair].tag}); bucket <= own; ++bucket) {
-      g_first_pair[bucket] = pair;
+      g_first_pair[bucket] = static_cast<std::uint16_t>(pair);
     }
   }
   for (; bucket <= kTagIndexBuckets; ++bucket) g_first_pair[bucket] = kTagIndexPairs.size();

@@ -33,8 +33,8 @@ extern const std::array<DictionaryRow, kDictionaryRows> kDictionaryTable;
 /// One entry of the tag index. The VR is a copy of the row's, so that a look-up of a VR needs no row; it is
 /// never empty, but kept in the shape of the answer, so that it is copied in one piece.
 struct TagIndexPair {
-  std::uint32_t tag;
-  std::uint16_t row;
+  std::uint32_t tag = 0;
+  std::uint16_t row = 0;
   std::optional<Vr> vr;
 };
 

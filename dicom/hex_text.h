@@ -14,8 +14,8 @@ inline constexpr std::string_view kLowerHexDigits = "0123456789abcdef";
 inline std::string HexText(std::uint32_t number, std::size_t width,
                            std::string_view digits = kUpperHexDigits) {
   std::string text(width, '0');
-  for (auto place = text.rbegin(); place != text.rend(); ++place) {
-    *place = digits[number & 0xF];
+  for (std::size_t left = width; left > 0; --left) {
+    text[left - 1] = digits[number & 0xF];
     number >>= 4;
   }
   return text;

@@ -12,7 +12,7 @@ class Vr {
   constexpr Vr(char first, char second) : letters_{first, second, '\0'} {}
   /// The first two characters of `text`; missing ones are zero.
   constexpr explicit Vr(std::string_view text)
-      : letters_{text.size() > 0 ? text[0] : '\0', text.size() > 1 ? text[1] : '\0', '\0'} {}
+      : letters_{!text.empty() ? text[0] : '\0', text.size() > 1 ? text[1] : '\0', '\0'} {}
 
   /// Up to the first zero byte: what a reader of a terminated text sees.
   constexpr const char* CString() const { return letters_; }

@@ -6,7 +6,7 @@ namespace vessa {
 namespace {
 
 TEST(Tag, HasTheGroupOnTop) {
-  constexpr Tag tag{0x7FE0, 0x0010};
+  const Tag tag{0x7FE0, 0x0010};
   EXPECT_EQ(tag.Value(), 0x7FE00010U);
   EXPECT_EQ(tag.Group(), 0x7FE0);
   EXPECT_EQ(tag.Element(), 0x0010);
