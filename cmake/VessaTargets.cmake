@@ -29,7 +29,8 @@ if(VESSA_TIDY)
     string(APPEND digest ${part})
   endforeach()
   string(SHA256 digest "${digest}")
-  set(CMAKE_CXX_CLANG_TIDY ${VESSA_CLANG_TIDY} --quiet --warnings-as-errors=* --extra-arg=-DVESSA_TIDY_${digest})
+  set(CMAKE_CXX_CLANG_TIDY ${VESSA_CLANG_TIDY} --quiet --warnings-as-errors=*
+    --extra-arg=-Wno-unknown-warning-option --extra-arg=-DVESSA_TIDY_${digest})
 endif()
 
 add_library(vessa_options INTERFACE)
