@@ -1,12 +1,16 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <utility>
 
 #include "dicom/vr.h"
 
 namespace vessa {
+
+/// The node of a data set itself: the root of all its elements.
+inline constexpr std::int32_t kRootNode = 0;
 
 /// Where a source keeps one element, and what it knows of its VR.
 struct ContentElement {
@@ -27,8 +31,9 @@ class CContentSource {
   virtual bool NextTagKey(std::string& key, ContentElement& element) = 0;
   /// Bytes of an element's value, all chunks together.
   virtual std::uint64_t GetDataLength(std::int32_t node) = 0;
-  /// The next chunk of an element's value; at the end the chunk is empty.
-  virtual bool GetNextDataChunk(std::int32_t node, std::string& key, std::string& chunk) = 0;
+  /// The next chunk of an element's value; at the end it is empty. The bytes are the source's until its next operation,
+  /// and the caller may change them.
+  virtual bool GetNextDataChunk(std::int32_t node, std::string& key, std::span<std::uint8_t>& chunk) = 0;
   /// The next item of a sequence.
   virtual bool NextSequenceItemKey(std::int32_t node, std::string& item_key) = 0;
   /// The next element inside an item of the sequence `node`.

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "compose/content_source.h"
 
@@ -27,14 +29,19 @@ class CGlobalContentSource : public CContentSource {
   void Reset() override {}
   bool NextTagKey(std::string& key, ContentElement& element) override;
   std::uint64_t GetDataLength(std::int32_t node) override;
-  bool GetNextDataChunk(std::int32_t node, std::string& key, std::string& chunk) override;
+  bool GetNextDataChunk(std::int32_t node, std::string& key, std::span<std::uint8_t>& chunk) override;
   bool NextSequenceItemKey(std::int32_t node, std::string& item_key) override;
   bool NextSequenceTagKey(const std::string& item_key, std::string& key, std::int32_t node,
                           ContentElement& element) override;
   bool HasUndefinedLength(std::int32_t node) override;
 
  private:
-  std::string value_;  // of the walk's last step; kept for its storage
+  bool ReadElement(ContentElement& element);
+  Vr ReadVr(std::int32_t node);
+
+  // Kept from call to call for their storage.
+  std::string node_text_;              // number of the node that a walk came upon
+  std::vector<std::uint8_t> storage_;  // bytes of the chunk handed out last
 };
 
 }  // namespace vessa
