@@ -1,5 +1,5 @@
 #!/bin/sh
-# Builds and runs every test, and the formatter's and linter's checks. Set-up included.
+# Builds and runs every test, and the checks of the formatter and the linter. Set-up included.
 #
 #   scripts/test.sh                     all stages
 #   scripts/test.sh release windows     these alone: format, release, sanitize, windows, tidy
@@ -15,6 +15,8 @@ table=build/test-stages.txt
 mkdir -p build
 : >"$table"
 failed=0
+cases_passed=0
+cases_failed=0
 
 # stage NAME COMMAND...: runs the command, notes outcome and time.
 stage() {
@@ -23,7 +25,7 @@ stage() {
   printf '\n=== %s\n' "$name"
   started=$(date +%s)
   if "$@"; then outcome=passed; else outcome=FAILED failed=1; fi
-  printf '%-22s %s %5d s\n' "$name" "$outcome" $(($(date +%s) - started)) >>"$table"
+  printf '%-18s %s %6d s\n' "$name" "$outcome" $(($(date +%s) - started)) >>"$table"
   [ $outcome = passed ]
 }
 
@@ -36,16 +38,22 @@ build() {
     cmake --build --preset "$1" -j "$jobs"
 }
 
-# Runs the tests of one preset. Each program's own report goes to a log, from which the cases are counted.
+# Runs the tests of one preset and counts their cases: what each program reported, in GoogleTest's words or Python's.
 run_tests() {
-  ctest --preset "$1" -j "$jobs" --progress
+  log=build/$1/Testing/Temporary/LastTest.log
+  rm -f "$log"
+  ctest --preset "$1" -j "$jobs"
+  result=$?
+  cases_passed=$((cases_passed + $(grep -cE '^\[       OK \]| \.\.\. ok$' "$log")))
+  cases_failed=$((cases_failed + $(grep -cE '^\[  FAILED  \] .* ms\)|^(FAIL|ERROR): ' "$log")))
+  return "$result"
 }
 
 build_and_test() {
   stage "$1: build" build "$1" && stage "$1: tests" run_tests "$1"
 }
 
-# A Windows system of our own, so that nobody's is touched and none need exist.
+# A Windows system of our own, without a display, so that nobody's is touched and none need exist.
 start_wine() {
   export WINEPREFIX="$PWD/build/wine" WINEDEBUG=-all WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe='
   unset DISPLAY
@@ -56,7 +64,8 @@ tidy() {
   cmake --preset tidy --log-level=WARNING && cmake --build --preset tidy -j "$jobs" -- -k 0
 }
 
-for wanted in ${*:-format release sanitize windows tidy}; do
+[ $# -gt 0 ] || set -- format release sanitize windows tidy
+for wanted; do
   case $wanted in
     format) stage format check_format ;;
     release | sanitize) build_and_test "$wanted" ;;
@@ -69,11 +78,7 @@ for wanted in ${*:-format release sanitize windows tidy}; do
   esac
 done
 
-# Cases, not programs: what each test program said of itself.
-count() {
-  cat build/*/Testing/Temporary/LastTest.log 2>/dev/null | grep -c "$1"
-}
 printf '\n'
 cat "$table"
-printf '%d test cases passed, %d failed\n' "$(count '^\[       OK \]')" "$(count '^\[  FAILED  \].*ms)$')"
+printf '%d test cases passed, %d failed\n' "$cases_passed" "$cases_failed"
 exit $failed
