@@ -9,17 +9,17 @@
 
 #include "decompose/content_handler_interface.h"
 #include "host/vessa_list.h"
+#include "stream/binary_output_stream.h"
 #include "vdoc/document_path.h"
 
 namespace vessa {
-
-class CVessaBinaryOutputStream;
 
 /// Finds one element of a data set and ends the decomposition, by CSuccessException, as soon as the answer is
 /// complete or can no longer come. The answer is a VR and a value; none is no failure.
 ///
 /// Without a result stream a value longer than one chunk is a failure (CVDocQueryException); with one, such a
-/// value goes to the stream whole, while the results still hold its first chunk.
+/// value goes to the stream whole, while the results still hold its first chunk. What the stream's last block holds is sent
+/// when the results are shown, or when the handler ends without having been asked for them.
 class CVDocQuery : public CContentHandlerInterface {
  public:
   /// @param property_list  a view of tag, item number, tag, ..., tag; its bytes must outlive the handler
@@ -60,6 +60,7 @@ class CVDocQuery : public CContentHandlerInterface {
   std::uint32_t value_length_ = 0;  // of the element, or of the pixel data fragment, last started
   VessaList results_;
   std::unique_ptr<CVessaBinaryOutputStream> result_stream_;
+  bool results_shown_ = false;
   std::vector<std::uint8_t> pending_first_chunk_;  // while it is unknown whether more chunks follow
 };
 
