@@ -23,6 +23,7 @@ class VessaList : public VessaROList {
   /// Makes room for `bytes` bytes in all: the smallest of 32, 64, 128, 256 and 512 that holds them, above
   /// that the next multiple of 1024.
   virtual void Reserve(std::uint64_t bytes);
+  std::uint64_t Capacity() const { return capacity_; }  ///< bytes that the list may take before it must grow
 
   // What is appended must not lie in the list itself.
   void AppendString(std::span<const std::uint8_t> text);
