@@ -1,6 +1,7 @@
 #include "bench/dcmtk_peer.h"
 
 #include <dcmtk/dcmdata/dcdatset.h>
+#include <dcmtk/dcmdata/dcelem.h>
 #include <dcmtk/dcmdata/dcistrmb.h>
 #include <dcmtk/dcmdata/dcstack.h>
 #include <dcmtk/dcmdata/dcxfer.h>

@@ -1,22 +1,28 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 
-#include "emulator/library.h"
+#include "emulator/list.h"
+#include "emulator/platform/shared_object.h"
 #include "host/binary_interface.h"
 
 namespace bench {
 
-/// The loaded library with a callback table of the benchmark's choice. A call that fails throws its message.
+/// The built library, loaded, with a callback table of the benchmark's choice.
 class LibraryUnderTest {
  public:
   explicit LibraryUnderTest(const vessa::HostServices* services);
 
+  /// Makes one call with a value list in its buffer, as a host does. A failure throws its message.
+  void Call(std::string_view name, const emulator::ListBuilder& arguments);
+
+  /// Over the stream that the host serves, with a content handler and no client.
   void DecomposeStream(std::string_view transfer_syntax);
 
  private:
-  emulator::Library library_;
+  emulator::SharedObject object_;
+  const vessa::CallOutRow* table_;
+  vessa::HostString buffer_;
 };
 
 }  // namespace bench

@@ -28,7 +28,8 @@ void zfComposeStream(Call& call) {
   CGlobalContentSource source(identifier);
 
   Call::Stage(" composing stream");
-  StreamComposer composer(source, output_oref, original_transfer_syntax, pixel_data_oref,
+  CVessaBinaryOutputStream output(output_oref);
+  StreamComposer composer(source, output, original_transfer_syntax, pixel_data_oref,
                           simple_pixel_data_frames);
   composer.ComposeStream(identifier, transfer_syntax);
   call.Succeed();

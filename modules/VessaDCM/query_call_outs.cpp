@@ -39,7 +39,7 @@ void DecomposeUntilAnswered(CVessaInputStream& stream, CContentHandlerInterface&
 /// Adds the VR and the value, where the query found one.
 void AppendAnswer(VessaList& results, VessaROList answer) {
   if (answer.Count() == 0) return;
-  for (const std::uint64_t element : {0, 1}) {
+  for (std::uint64_t element = 0; element < 2; ++element) {
     answer.Seek(element);
     results.AppendString(answer.ItemHeader().data);
   }
