@@ -31,6 +31,9 @@ class CContentHandlerInterface {
   virtual Status EndSequence() = 0;
   /// True when a sequence of length 0 is to be reported by StartSequence and EndSequence.
   virtual bool WantsEmptySequences() { return false; }
+  /// False when Data for that element would do nothing whatever the bytes are: a stream that can pass over
+  /// them without reading may then leave the Data events out.
+  virtual bool WantsValue([[maybe_unused]] Tag tag) { return true; }
 
  protected:
   CContentHandlerInterface() = default;

@@ -1,0 +1,12 @@
+#include "decompose/stop_question.h"
+
+#include "host/callin.h"
+
+namespace vessa {
+
+bool ShouldStopDecomposition(std::uint32_t client_oref, Tag tag) {
+  CallMethod(client_oref, "ShouldStopDecomposition", ResultWanted::kYes, "u", tag.Value());
+  return ConvertResultToInteger() != 0;
+}
+
+}  // namespace vessa

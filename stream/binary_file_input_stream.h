@@ -1,0 +1,63 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <span>
+#include <string>
+
+#include "stream/input_stream.h"
+
+namespace vessa {
+
+/// A local file, with offsets of 64 bits. It answers as the C library's file functions do, position by
+/// position; a window of our own in front of them makes the many small reads of a data set cheap.
+class CVessaBinaryFileInputStream final : public CVessaInputStream {
+ public:
+  /// @param name  in the system's code page
+  explicit CVessaBinaryFileInputStream(std::string name) : name_{std::move(name)} {}
+
+  /// @return  kReadFell: fewer bytes were left, or could be read
+  Status Read(std::span<std::uint8_t> destination) override;
+  /// @return  E_INVALIDARG: some of the bytes are left but not all, or the file could not be read
+  Status Peek(std::span<std::uint8_t> destination, bool& at_end) override;
+  /// May move back, and behind the end of the file.
+  /// @return  E_INVALIDARG: no such position
+  Status Skip(std::int64_t count) override;
+  std::int64_t GetPosition() override { return Offset() + 1; }
+  /// @return  E_INVALIDARG: the file does not tell
+  std::int32_t GetSize() override;
+  /// @return  E_INVALIDARG: no such file, or a directory
+  Status Open() override;
+  /// @throws Status  E_NOTIMPL, always: no host object stands behind a file
+  std::uint32_t GetOref() override;
+  /// @throws Status  E_INVALIDARG: the file lost its position
+  bool PassOver(std::uint64_t count) override;
+
+ private:
+  struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+
+  static constexpr std::size_t kWindowBytes = 8192;
+
+  std::int64_t Offset() const { return window_offset_ + static_cast<std::int64_t>(index_); }
+  std::size_t Available() const { return filled_ - index_; }
+  std::size_t TakeFromWindow(std::span<std::uint8_t> destination);
+  Status Fill();
+  Status PeekStatus(std::size_t found, std::size_t wanted, bool& at_end) const;
+  Status PeekPastWindow(std::span<std::uint8_t> destination, bool& at_end);
+  bool MoveTo(std::int64_t offset);
+  std::int64_t FindEnd();
+
+  std::string name_;
+  std::unique_ptr<std::FILE, CloseFile> file_;  // its own position: just behind the window
+  std::int64_t window_offset_ = 0;              // of the window's first byte; -1 in what has no positions
+  std::size_t filled_ = 0;
+  std::size_t index_ = 0;  // of the next byte, in the window
+  std::array<std::uint8_t, kWindowBytes> window_;
+};
+
+}  // namespace vessa

@@ -1,0 +1,43 @@
+#include "stream/binary_output_stream.h"
+
+#include <algorithm>
+
+#include "host/callin.h"
+#include "stream/callin_failure.h"
+
+namespace vessa {
+
+Status CVessaBinaryOutputStream::WriteBytes(std::span<const std::uint8_t> bytes) {
+  for (std::span<const std::uint8_t> rest = bytes; !rest.empty();) {
+    const std::size_t fitting = std::min(rest.size(), kBlockBytes - filled_);
+    std::copy_n(rest.begin(), fitting, block_.data() + filled_);
+    filled_ += fitting;
+    rest = rest.subspan(fitting);
+    if (filled_ == kBlockBytes) WithFailureText(kWriteFailed, [this] { SendBlock(); });
+  }
+  total_ += bytes.size();
+  return kSuccess;
+}
+
+void CVessaBinaryOutputStream::Flush() {
+  if (filled_ == 0) return;
+  try {
+    SendBlock();
+  } catch (const Status) {  // NOLINT(bugprone-empty-catch): kept, hosts do not expect a failure here
+  }
+}
+
+/// @throws Status  the host failed
+void CVessaBinaryOutputStream::SendBlock() {
+  CallMethod(oref_, "Write", ResultWanted::kYes, "*a", static_cast<std::int32_t>(filled_), block_.data());
+  DropResult();
+  filled_ = 0;
+}
+
+Status WriteTag(CVessaBinaryOutputStream& output, ByteOrder order, Tag tag) {
+  std::array<std::uint8_t, 4> bytes;
+  EncodeTag(order, tag, bytes);
+  return RaiseIfNegative(output.WriteBytes(bytes));
+}
+
+}  // namespace vessa
