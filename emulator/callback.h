@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -18,8 +19,8 @@ struct Extent {
 };
 
 /// What went into a callback or came out of it. Texts are valid only while the callback is observed.
-using CallbackItem =
-    std::variant<std::monostate, std::int64_t, double, std::string_view, std::u16string_view, Extent>;
+using CallbackItem = std::variant<std::monostate, std::int64_t, double, std::string_view,
+                                  std::span<const std::uint16_t>, Extent>;
 
 /// One callback, for those who watch: what the library called, with what, and what the host answered.
 struct Callback {
@@ -27,6 +28,7 @@ struct Callback {
   std::array<CallbackItem, 4> arguments;  ///< in the order of the call; monostate behind the last
   CallbackItem result;                    ///< what was handed out; monostate when nothing was
   std::string_view bytes;                 ///< the 8-bit text handed out, where the result is its extent
+  std::span<const std::uint16_t> units;   ///< the same for 16-bit text
   int status = 0;
 };
 

@@ -15,6 +15,9 @@
 
 namespace emulator {
 
+/// Texts longer than that are never numbers.
+inline constexpr std::size_t kMaxNumberLength = 1024;
+
 /// True for a text that is a number just as the host writes it: "0", "12", "-7", ".5", "-1.25"; not "01",
 /// "1.0", "-0".
 bool IsCanonicalNumber(std::string_view text);

@@ -36,7 +36,7 @@ class FaultPlan {
   /// Forgets all rules.
   void Clear();
 
-  /// Rules that have failed a callback, as a number: 0 tells that the plan did not come to be used.
+  /// Callbacks that the plan has failed or made lie.
   std::uint64_t Hits() const { return hits_; }
 
   // --- asked by the host, once a callback ---
@@ -57,8 +57,8 @@ class FaultPlan {
     std::uint64_t seen = 0;
   };
   struct PlannedLie {
-    Lie lie;
-    std::uint64_t n;
+    Lie lie = Lie::kNegativeLength;
+    std::uint64_t n = 1;
     std::uint64_t seen = 0;
   };
 

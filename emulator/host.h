@@ -45,6 +45,7 @@ class Host {
   void Remove(std::uint32_t oref);
   /// Null when there is none.
   Object* Find(std::uint32_t oref) const;
+  std::shared_ptr<Object> Share(std::uint32_t oref) const;
 
   Globals& globals() { return *globals_; }
 

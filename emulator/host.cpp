@@ -1,0 +1,58 @@
+#include "emulator/host.h"
+
+#include "emulator/callback_table.h"
+#include "emulator/machine.h"
+#include "emulator/memory_globals.h"
+
+namespace emulator {
+namespace {
+
+Host*& CurrentHost() {
+  static Host* current = nullptr;
+  return current;
+}
+
+}  // namespace
+
+Host::Host() : Host(std::make_shared<MemoryGlobals>()) {}
+
+Host::Host(std::shared_ptr<Globals> globals)
+    : globals_(std::move(globals)), machine_(std::make_unique<Machine>(*this)), previous_(CurrentHost()) {
+  CurrentHost() = this;
+}
+
+Host::~Host() { CurrentHost() = previous_; }
+
+Host* Host::Current() { return CurrentHost(); }
+
+const vessa::HostServices* Host::Table() { return &CallbackTable(); }
+
+std::uint32_t Host::Add(std::shared_ptr<Object> object) {
+  objects_.push_back(std::move(object));
+  return static_cast<std::uint32_t>(objects_.size());
+}
+
+void Host::Remove(std::uint32_t oref) {
+  if (Find(oref) != nullptr) objects_[oref - 1] = nullptr;
+}
+
+Object* Host::Find(std::uint32_t oref) const {
+  return oref == 0 || oref > objects_.size() ? nullptr : objects_[oref - 1].get();
+}
+
+std::shared_ptr<Object> Host::Share(std::uint32_t oref) const {
+  return oref == 0 || oref > objects_.size() ? nullptr : objects_[oref - 1];
+}
+
+std::size_t Host::StackDepth() const { return machine_->stack().Depth(); }
+
+std::size_t Host::OpenLongStrings() const { return machine_->long_strings().Open(); }
+
+void Host::ResetStack() {
+  machine_->stack().Clear();
+  machine_->long_strings().Clear();
+}
+
+void Host::ScribbleHandedOutBytes(bool on) { machine_->SetScribbling(on); }
+
+}  // namespace emulator

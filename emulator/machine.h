@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "emulator/handed_out_text.h"
+#include "emulator/long_strings.h"
+#include "emulator/value_stack.h"
+#include "host/binary_interface.h"
+
+namespace emulator {
+
+class Host;
+
+/// What the host's callbacks do. Refusals are thrown as HostError, with nothing pushed and nothing popped.
+class Machine {
+ public:
+  explicit Machine(Host& host) : host_(host) {}
+
+  // --- Pushes ---
+  void PushInteger(std::int64_t value);
+  void PushDouble(double value);
+  void PushObject(std::uint32_t oref);
+  void PushBytes(int length, const unsigned char* text);
+  void PushUnits(int length, const std::uint16_t* text);
+  void* NewLongBytes(vessa::LongStringDescriptor* descriptor, int length);
+  void* NewLongUnits(vessa::LongStringDescriptor* descriptor, int length);
+  void PushLongBytes(const vessa::LongStringDescriptor* descriptor);
+  void PushLongUnits(const vessa::LongStringDescriptor* descriptor);
+
+  // --- Objects ---
+  void PushMethod(std::uint32_t oref, int length, const unsigned char* name, int result_wanted);
+  void InvokeMethod(int arguments);
+  void PushProperty(std::uint32_t oref, int length, const unsigned char* name);
+  void GetProperty();
+
+  // --- Globals ---
+  void PushGlobal(int length, const unsigned char* name);
+  void PushGlobalInNamespace(int length, const unsigned char* name, int namespace_length,
+                             const unsigned char* name_space);
+  void GlobalGet(int subscripts, int flag);
+  void GlobalDefined(int subscripts, int flag);
+  void GlobalOrder(int subscripts, int direction, int value_wanted);
+
+  // --- Results ---
+  void ConvertResult(int type, void* receiver);
+  std::int32_t PopInteger();
+  /// What is handed out stays as it is until Scribble.
+  std::string& PopBytes();
+  std::vector<std::uint16_t>& PopUnits();
+
+  // --- Housekeeping ---
+  ValueStack& stack() { return stack_; }
+  const ValueStack& stack() const { return stack_; }
+  LongStrings& long_strings() { return long_strings_; }
+  const LongStrings& long_strings() const { return long_strings_; }
+  /// What the last pop handed out is no longer the library's to read.
+  void Scribble();
+  void SetScribbling(bool on) { scribbling_ = on; }
+  /// The method that InvokeMethod would call; empty when there is none.
+  std::string_view MethodBegun() const;
+
+ private:
+  void PushResult(Value value);
+  void ConvertToCountedString(const Value& result, void* receiver);
+  /// The key of the reference begun, with the subscripts above it but the last `without`.
+  const std::string& Key(std::size_t begun, std::size_t without);
+
+  Host& host_;
+  ValueStack stack_;
+  LongStrings long_strings_;
+  HandedOutText<std::string> bytes_;
+  HandedOutText<std::vector<std::uint16_t>> units_;
+  std::string key_;
+  bool scribbling_ = true;
+};
+
+}  // namespace emulator
