@@ -34,6 +34,7 @@ class CVDocNextSubscript : public CContentHandlerInterface {
   Status Data(Tag, std::uint32_t, std::span<const std::uint8_t>) override { return kSuccess; }
   Status StartSequence(Tag tag) override;
   Status EndSequence() override;
+  bool WantsValue(Tag) override { return false; }
 
  private:
   VessaROList property_list_;

@@ -63,6 +63,11 @@ Status CVDocQuery::EndSequence() {
   return kSuccess;
 }
 
+bool CVDocQuery::WantsValue(Tag) {
+  const PathRelation relation = path_.Relation();
+  return relation != PathRelation::kBefore && relation != PathRelation::kLeads;
+}
+
 Status CVDocQuery::Data(Tag, std::uint32_t chunk_number, std::span<const std::uint8_t> chunk) {
   switch (path_.Relation()) {
     case PathRelation::kBefore:

@@ -47,6 +47,8 @@ class CVDocQuery : public CContentHandlerInterface {
   Status StartSequence(Tag tag) override;
   Status EndSequence() override;
   bool WantsEmptySequences() override { return sequence_answer_; }
+  /// True for the answer, and for a value at which it shows that there is none.
+  bool WantsValue(Tag tag) override;
 
  private:
   Status Deliver(std::uint32_t chunk_number, std::span<const std::uint8_t> chunk);

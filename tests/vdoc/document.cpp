@@ -15,7 +15,7 @@ std::uint32_t Length(const std::string& value) { return static_cast<std::uint32_
 
 class Player {
  public:
-  explicit Player(CContentHandlerInterface& handler) : handler_{handler} {}
+  Player(CContentHandlerInterface& handler, Unwanted unwanted) : handler_{handler}, unwanted_{unwanted} {}
 
   void PlayElements(const Item& elements) {
     for (const Element& element : elements) PlayElement(element);
@@ -60,6 +60,7 @@ class Player {
   }
 
   void PlayValue(Tag tag, const std::string& value) {
+    if (unwanted_ == Unwanted::kPassedOver && !handler_.WantsValue(tag)) return;
     std::size_t at = 0;
     std::uint32_t chunk_number = 0;
     do {
@@ -72,6 +73,7 @@ class Player {
   }
 
   CContentHandlerInterface& handler_;
+  Unwanted unwanted_;
 };
 
 // --- Bytes (PS3.5 section 7.1.2)
@@ -123,11 +125,11 @@ std::string EncodeValue(const Element& element, Lengths lengths) {
 
 }  // namespace
 
-Ended Play(const Item& data_set, CContentHandlerInterface& handler) {
+Ended Play(const Item& data_set, CContentHandlerInterface& handler, Unwanted unwanted) {
   try {
     handler.Reset();
     handler.StartContent("1.2.840.10008.1.2.1");
-    Player(handler).PlayElements(data_set);
+    Player(handler, unwanted).PlayElements(data_set);
     handler.EndContent();
   } catch (const vessa::CSuccessException&) {
     return Ended::kBySuccess;

@@ -31,9 +31,13 @@ inline Element PixelFragments(std::vector<std::string> fragments) {
 
 enum class Ended { kAtTheEnd, kBySuccess };
 
+enum class Unwanted { kSent, kPassedOver };
+
 /// Sends the events of the data set to the handler, values in chunks of at most 32648 bytes, until it throws
-/// its success. Values that the handler does not want are passed over without an event.
-Ended Play(const Item& data_set, vessa::CContentHandlerInterface& handler);
+/// its success.
+/// @param unwanted  what becomes of values that the handler does not want
+Ended Play(const Item& data_set, vessa::CContentHandlerInterface& handler,
+           Unwanted unwanted = Unwanted::kSent);
 
 enum class Lengths { kDefined, kUndefined };
 
