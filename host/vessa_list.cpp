@@ -1,6 +1,7 @@
 #include "host/vessa_list.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -13,12 +14,13 @@ namespace {
 
 constexpr std::uint64_t kSmallRooms[] = {32, 64, 128, 256, 512};
 constexpr std::uint64_t kRoomStep = 1024;
+constexpr std::uint64_t kGreatestRoom = std::numeric_limits<std::ptrdiff_t>::max() - kRoomStep;
 
 std::uint64_t RoomFor(std::uint64_t bytes) {
   for (const std::uint64_t room : kSmallRooms) {
     if (bytes <= room) return room;
   }
-  if (bytes > std::numeric_limits<std::size_t>::max() - kRoomStep) throw std::bad_alloc();
+  if (bytes > kGreatestRoom) throw std::bad_alloc();
   return (bytes + kRoomStep - 1) / kRoomStep * kRoomStep;
 }
 
