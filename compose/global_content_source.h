@@ -11,9 +11,10 @@ namespace vessa {
 
 /// The data set that the host keeps in its global ^KevDICOM.Data under an identifier:
 ///
-///   (id, 0, "c", 0, tagKey)           number of the node of a top-level element; tagKey is the tag in
-///   decimal (id, node, "v")                   the element's VR (id, node, "d")                   first chunk
-///   of its value, a character a byte (id, node, "d", k)                further chunks, in the order of k
+///   (id, 0, "c", 0, tagKey)           number of a top-level element's node; tagKey is the tag in decimal
+///   (id, node, "v")                   the element's VR
+///   (id, node, "d")                   first chunk of its value, a character a byte
+///   (id, node, "d", k)                further chunks, in the order of k
 ///   (id, node, "l")                   "1": to be written with an undefined length
 ///   (id, node, "c", itemKey)          an item of the sequence `node`
 ///   (id, node, "c", itemKey, tagKey)  number of the node of an element inside that item

@@ -1,0 +1,156 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "compose/compose_exception.h"
+#include "compose/global_content_source.h"
+#include "compose/stream_composer.h"
+#include "dicom/dictionary.h"
+#include "emulator/host.h"
+#include "emulator/stream_object.h"
+#include "host/callin.h"
+#include "stream/binary_output_stream.h"
+
+inline constexpr const char* kImplicitLittle = "1.2.840.10008.1.2";
+inline constexpr const char* kExplicitLittle = "1.2.840.10008.1.2.1";
+inline constexpr const char* kExplicitBig = "1.2.840.10008.1.2.2";
+inline constexpr const char* kJpeg = "1.2.840.10008.1.2.4.50";
+
+/// Runs something and says how it ended: "" for success, an exception's text, or "status n".
+template <class Work>
+std::string FailureOf(Work work) {
+  try {
+    work();
+    return "";
+  } catch (const vessa::CException& exception) {
+    return exception.Text();
+  } catch (const vessa::Status status) {
+    return "status " + std::to_string(status);
+  }
+}
+
+/// A host that keeps data sets in ^KevDICOM.Data and takes what is composed from them. The identifier is "ID".
+class ComposeHost {
+ public:
+  static constexpr const char* kId = "ID";
+
+  ComposeHost() : output_{std::make_shared<emulator::MemoryStream>()}, output_oref_{host_.Add(output_)} {
+    vessa::SetHostServices(emulator::Host::Table());
+    vessa::InitialiseDictionary();
+  }
+
+  emulator::Host& Host() { return host_; }
+
+  /// Sets the node (ID, subscripts...).
+  void Set(std::vector<emulator::Value> subscripts, const emulator::Value& value) {
+    subscripts.insert(subscripts.begin(), std::string(kId));
+    host_.globals().Set("KevDICOM.Data", subscripts, value);
+  }
+
+  /// An element at the top level, without a VR where `vr` is empty.
+  void Top(std::uint32_t tag, std::int64_t node, const std::string& vr, const std::string& value) {
+    Set({std::int64_t{0}, std::string("c"), std::int64_t{0}, std::int64_t{tag}}, node);
+    Element(node, vr, value);
+  }
+  void InItem(std::int64_t sequence, std::int64_t item, std::uint32_t tag, std::int64_t node,
+              const std::string& vr, const std::string& value) {
+    Set({sequence, std::string("c"), item, std::int64_t{tag}}, node);
+    Element(node, vr, value);
+  }
+  void TopSequence(std::uint32_t tag, std::int64_t node) {
+    Set({std::int64_t{0}, std::string("c"), std::int64_t{0}, std::int64_t{tag}}, node);
+    Set({node, std::string("v")}, std::string("SQ"));
+  }
+  void SequenceInItem(std::int64_t sequence, std::int64_t item, std::uint32_t tag, std::int64_t node) {
+    Set({sequence, std::string("c"), item, std::int64_t{tag}}, node);
+    Set({node, std::string("v")}, std::string("SQ"));
+  }
+  void EmptyItem(std::int64_t sequence, std::int64_t item) {
+    Set({sequence, std::string("c"), item}, std::string());
+  }
+  void Chunk(std::int64_t node, std::int64_t k, const std::string& bytes) {
+    Set({node, std::string("d"), k}, bytes);
+  }
+  void MarkUndefined(std::int64_t node) { Set({node, std::string("l")}, std::int64_t{1}); }
+
+  /// The stream from which top-level Pixel Data are taken from now on.
+  emulator::MemoryStream& PixelData(const std::string& bytes) {
+    const auto stream = std::make_shared<emulator::MemoryStream>(bytes);
+    PixelStream(stream);
+    return *stream;
+  }
+  void PixelStream(std::shared_ptr<emulator::MemoryStream> stream) {
+    pixels_ = std::move(stream);
+    pixels_oref_ = host_.Add(pixels_);
+  }
+
+  /// How composing ended; see FailureOf.
+  std::string Compose(std::string_view syntax, std::string_view original = kExplicitLittle,
+                      bool simple_frames = false) {
+    vessa::CGlobalContentSource source(kId);
+    vessa::CVessaBinaryOutputStream output(output_oref_);
+    vessa::StreamComposer composer(source, output, original, pixels_oref_, simple_frames);
+    const std::string failure = FailureOf([&] { composer.ComposeStream(kId, syntax); });
+    bits_allocated_ = composer.BitsAllocated();
+    return failure;
+  }
+
+  /// What a further call writes, from the start of the pixel data.
+  std::string ComposeAgain(std::string_view syntax, std::string_view original) {
+    const std::size_t before = Written().size();
+    if (pixels_ != nullptr) pixels_->MoveTo(1);
+    EXPECT_EQ(Compose(syntax, original), "");
+    return Written().substr(before);
+  }
+
+  const std::string& Written() const { return output_->Bytes(); }
+  std::uint16_t BitsAllocated() const { return bits_allocated_; }
+
+ private:
+  void Element(std::int64_t node, const std::string& vr, const std::string& value) {
+    if (!vr.empty()) Set({node, std::string("v")}, vr);
+    Set({node, std::string("d")}, value);
+  }
+
+  emulator::Host host_;
+  std::shared_ptr<emulator::MemoryStream> output_;
+  std::uint32_t output_oref_;
+  std::shared_ptr<emulator::MemoryStream> pixels_;
+  std::uint32_t pixels_oref_ = 0;
+  std::uint16_t bits_allocated_ = 0;
+};
+
+/// The bytes that pairs of hexadecimal digits stand for; blanks are there for the reader.
+inline std::string Hex(std::string_view digits) {
+  const auto value = [](char digit) {
+    return static_cast<unsigned>(digit <= '9' ? digit - '0' : digit - 'A' + 10);
+  };
+  std::string bytes;
+  for (std::size_t at = 0; at < digits.size();) {
+    if (digits[at] == ' ') {
+      ++at;
+      continue;
+    }
+    bytes.push_back(static_cast<char>(value(digits[at]) << 4 | value(digits[at + 1])));
+    at += 2;
+  }
+  return bytes;
+}
+
+/// The other way round, for failure reports.
+inline std::string Digits(std::string_view bytes) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string digits;
+  for (const char byte : bytes) {
+    const auto value = static_cast<unsigned char>(byte);
+    digits += kDigits[value >> 4];
+    digits += kDigits[value & 0xF];
+  }
+  return digits;
+}
