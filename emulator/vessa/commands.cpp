@@ -1,0 +1,21 @@
+#include "emulator/vessa/commands.h"
+
+namespace emulator::tool {
+namespace {
+
+using Maker = std::unique_ptr<Command> (*)();
+
+constexpr Maker kMakers[] = {
+    MakeTableCommand, MakeTagCommand,    MakeDumpCommand, MakeEventsCommand,
+    MakeCallCommand,  MakeBigHexCommand, MakeSwapCommand,
+};
+
+}  // namespace
+
+std::vector<std::unique_ptr<Command>> AllCommands() {
+  std::vector<std::unique_ptr<Command>> commands;
+  for (const Maker make : kMakers) commands.push_back(make());
+  return commands;
+}
+
+}  // namespace emulator::tool

@@ -1,0 +1,57 @@
+#include "emulator/vessa/decomposition.h"
+
+#include <fmt/format.h>
+
+#include "emulator/vessa/call_report.h"
+#include "emulator/vessa/handler_object.h"
+#include "emulator/vessa/watched_stream.h"
+
+namespace emulator::tool {
+namespace {
+
+/// An object that the library can refer to for as long as this lives.
+template <class Kind>
+class Registered {
+ public:
+  Registered(Host& host, std::shared_ptr<Kind> object)
+      : host_(host), object_(std::move(object)), oref_(host.Add(object_)) {}
+  ~Registered() { host_.Remove(oref_); }
+  Registered(const Registered&) = delete;
+  Registered& operator=(const Registered&) = delete;
+
+  std::uint32_t Oref() const { return oref_; }
+  Kind* operator->() const { return object_.get(); }
+
+ private:
+  Host& host_;
+  std::shared_ptr<Kind> object_;
+  std::uint32_t oref_;
+};
+
+}  // namespace
+
+void Decompose(Session& session, const DecomposeRequest& request, ContentSink& sink) {
+  CallProgress& progress = session.Progress();
+  progress.NameInput(request.input_name);
+  ElementPath path(progress);
+  path.Clear();
+  const Registered stream(session.TheHost(), std::make_shared<WatchedStream>(request.stream, progress));
+  const Registered handler(session.TheHost(), std::make_shared<HandlerObject>(sink, path, progress));
+  const Registered client(session.TheHost(), std::make_shared<StopObject>(request.stop, path, progress));
+  stream->Publish();
+  try {
+    session.CallList("zfDecomposeStream", ListBuilder()
+                                              .Integer(stream.Oref())
+                                              .String(request.transfer_syntax)
+                                              .Integer(handler.Oref())
+                                              .Integer(request.stop ? client.Oref() : 0));
+  } catch (const LibraryFailure& failure) {
+    handler->RethrowError();
+    const std::string name = request.input_name;
+    if (stream->HasReadError())
+      throw ToolError(kInputUnreadable, fmt::format("{}: the file cannot be read to its end", name));
+    throw LibraryFailure(fmt::format("{}: {}\n  at {}", name, failure.what(), PlaceText(progress)));
+  }
+}
+
+}  // namespace emulator::tool

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "emulator/stream_object.h"
+#include "emulator/vessa/content_sink.h"
+#include "emulator/vessa/session.h"
+#include "emulator/vessa/stop_object.h"
+
+namespace emulator::tool {
+
+/// A file with DICOM data and what the command line says about it.
+struct DicomInput {
+  std::string path;           ///< in UTF-8
+  std::string syntax;         ///< transfer syntax UID of the data set; empty: as the file says
+  std::uint64_t most_output;  ///< bytes that a deflated data set may inflate to
+};
+
+/// A file opened as a host opens it. One with the preamble and "DICM" (PS3.10 section 7.1) begins with its meta
+/// information, which is decomposed first and names the syntax of the data set that follows. Any other file is a
+/// data set from its first byte on. A deflated data set is inflated before the library sees it; all others are read
+/// piece by piece.
+class DicomFile {
+ public:
+  /// @throws ToolError  kInputUnreadable
+  explicit DicomFile(DicomInput input);
+
+  /// Decomposes the meta information, where there is one, and the data set; may be called again. `stop` is asked
+  /// about the data set's tags.
+  /// @throws ToolError  kWrongUsage for a file whose syntax nobody names; else as Decompose does
+  void DecomposeInto(Session& session, ContentSink& sink, const StopRule& stop = {}) const;
+
+ private:
+  std::string DecomposeMeta(Session& session, ContentSink& sink,
+                            const std::shared_ptr<StreamObject>& stream) const;
+  std::shared_ptr<StreamObject> Inflated(StreamObject& stream) const;
+
+  DicomInput input_;
+  bool has_preamble_;
+};
+
+}  // namespace emulator::tool

@@ -1,0 +1,28 @@
+#pragma once
+
+// Values of the DICOM JSON model (PS3.18 annex F).
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "emulator/vessa/printable_text.h"
+#include "emulator/vessa/value_representation.h"
+
+namespace emulator::tool {
+
+/// The content of a "Value" member.
+struct JsonValues {
+  std::string array;             ///< such as ["A",null,"B"]; empty for an element without a value
+  bool has_unread_text = false;  ///< some bytes stand as \xNN, since their character set is not known here
+};
+
+/// For every kind but kSequence and kBytes. Nothing when the bytes are no values of that VR, such as an unsigned
+/// short of three bytes.
+std::optional<JsonValues> JsonValuesOf(const ValueRepresentation& vr, std::string_view bytes,
+                                       CharacterSet set);
+
+/// A JSON string with its quotes. `utf8` must be valid.
+std::string JsonString(const std::string& utf8);
+
+}  // namespace emulator::tool

@@ -1,0 +1,65 @@
+#include <fmt/format.h>
+
+#include <exception>
+
+#include "emulator/platform/standard_streams.h"
+#include "emulator/vessa/call_supervisor.h"
+#include "emulator/vessa/command_line.h"
+
+namespace emulator::tool {
+namespace {
+
+/// Hands out what was printed before a failure. The failure is what the exit code will tell, whatever happens here.
+void FlushQuietly(CallProgress& progress) {
+  try {
+    Output(progress).Flush();
+  } catch (const std::exception&) {
+    return;
+  }
+}
+
+int Fail(CallProgress& progress, ExitCode code, const char* message) {
+  FlushQuietly(progress);
+  WriteError(fmt::format("vessa: {}", message));
+  return code;
+}
+
+/// In the process that may end at any time.
+int RunCommand(const CommandLine& command_line, CallProgress& progress) {
+  try {
+    Session session(command_line.TheSettings(), progress);
+    command_line.ChosenCommand().Run(session);
+    session.Out().Flush();
+    return kDone;
+  } catch (const ReaderGone&) {
+    return kDone;
+  } catch (const ToolError& error) {
+    return Fail(progress, error.Code(), error.what());
+  } catch (const std::exception& error) {
+    return Fail(progress, kToolFailed, error.what());
+  }
+}
+
+int RunTool(int argc, const char* const* argv) {
+  CommandLine command_line;
+  try {
+    command_line.Parse(ProgramArguments(argc, argv));
+  } catch (const CLI::ParseError& error) {
+    return command_line.Answer(error);
+  }
+  return Supervise(command_line.TheSettings().timeout_seconds,
+                   [&](CallProgress& progress) { return RunCommand(command_line, progress); });
+}
+
+}  // namespace
+}  // namespace emulator::tool
+
+int main(int argc, char** argv) {
+  try {
+    emulator::PrepareStandardStreams();
+    return emulator::tool::RunTool(argc, argv);
+  } catch (const std::exception& error) {
+    emulator::tool::WriteError(fmt::format("vessa: {}", error.what()));
+    return emulator::tool::kToolFailed;
+  }
+}

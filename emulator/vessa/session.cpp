@@ -1,0 +1,79 @@
+#include "emulator/vessa/session.h"
+
+#include <fmt/format.h>
+
+#include "emulator/vessa/printable_text.h"
+
+namespace emulator::tool {
+namespace {
+
+/// Tells the watching process that the library is at work. Calls may nest: an event of one may make another.
+class CallScope {
+ public:
+  CallScope(CallProgress& progress, std::string_view name)
+      : progress_(progress), outer_(progress.call_name.data()) {
+    progress_.NameCall(name);
+    progress_.EnterLibrary();
+  }
+  ~CallScope() {
+    progress_.LeaveLibrary();
+    progress_.NameCall(outer_);
+  }
+  CallScope(const CallScope&) = delete;
+  CallScope& operator=(const CallScope&) = delete;
+
+ private:
+  CallProgress& progress_;
+  std::string outer_;
+};
+
+Library LoadLibrary(const std::string& path) {
+  try {
+    return Library::Load(path);
+  } catch (const std::runtime_error& error) {
+    throw ToolError(kInputUnreadable, error.what());
+  }
+}
+
+void ThrowUnlessZero(std::string_view name, std::int32_t returned) {
+  if (returned != 0) throw LibraryFailure(fmt::format("{} returned {}", name, returned));
+}
+
+/// Messages can hold bytes of the input.
+std::string MessageText(const ListResult& result) {
+  return Printable(ToUtf8(result.message), CharacterSet::kUtf8);
+}
+
+}  // namespace
+
+Session::Session(const Settings& settings, CallProgress& progress)
+    : settings_(settings),
+      progress_(progress),
+      output_(progress),
+      library_(LoadLibrary(settings.library_path)) {}
+
+ListResult Session::CallList(std::string_view name, const ListBuilder& arguments) {
+  ListResult result;
+  try {
+    const CallScope scope(progress_, name);
+    result = library_.CallList(name, arguments);
+  } catch (const std::invalid_argument& error) {
+    throw LibraryFailure(fmt::format("{} left no result list: {}", name, error.what()));
+  }
+  host_.ResetStack();
+  ThrowUnlessZero(name, result.returned);
+  if (result.status != 0) throw LibraryFailure(MessageText(result));
+  return result;
+}
+
+void Session::Call(std::string_view name, vessa::HostString& buffer) {
+  const CallScope scope(progress_, name);
+  ThrowUnlessZero(name, library_.Call(name, buffer));
+}
+
+void Session::Call(std::string_view name, vessa::HostString& buffer, std::int32_t value) {
+  const CallScope scope(progress_, name);
+  ThrowUnlessZero(name, library_.Call(name, buffer, value));
+}
+
+}  // namespace emulator::tool

@@ -1,0 +1,73 @@
+#include "emulator/vessa/value_preview.h"
+
+#include <fmt/format.h>
+
+#include "emulator/vessa/numbers.h"
+#include "emulator/vessa/tag_text.h"
+#include "emulator/vessa/value_representation.h"
+
+namespace emulator::tool {
+namespace {
+
+constexpr std::size_t kShownHexBytes = 32;
+constexpr std::size_t kShownNumbers = 64;
+
+std::string UnitText(std::string_view unit, ValueKind kind) {
+  return kind == ValueKind::kTag ? DisplayTag(TagValue(unit)) : NumberText(unit, kind);
+}
+
+/// Whole units with backslashes between them; a unit that is cut short is left out.
+std::string UnitsText(std::string_view bytes, const ValueRepresentation& vr, bool is_whole) {
+  std::string text;
+  for (std::size_t count = 0; bytes.size() >= vr.unit_bytes; ++count) {
+    if (count == kShownNumbers) return text + "\\...";
+    if (count > 0) text += '\\';
+    text += UnitText(bytes.substr(0, vr.unit_bytes), vr.kind);
+    bytes.remove_prefix(vr.unit_bytes);
+  }
+  return is_whole ? text : text + "\\...";
+}
+
+std::string BytesText(std::string_view bytes, bool is_whole) {
+  const std::string text = HexText(bytes.substr(0, kShownHexBytes));
+  return bytes.size() > kShownHexBytes || !is_whole ? text + "..." : text;
+}
+
+}  // namespace
+
+std::string HexText(std::string_view bytes) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string text;
+  text.reserve(2 * bytes.size());
+  for (const char byte : bytes) {
+    text.push_back(kDigits[static_cast<std::uint8_t>(byte) >> 4U]);
+    text.push_back(kDigits[static_cast<std::uint8_t>(byte) & 0x0FU]);
+  }
+  return text;
+}
+
+std::string PreviewOf(const Preview& preview, std::string_view start, bool is_whole) {
+  const ValueRepresentation& vr = FindValueRepresentation(preview.vr);
+  switch (vr.kind) {
+    case ValueKind::kText:
+    case ValueKind::kNumberText:
+      return CutToColumns(Printable(is_whole ? WithoutPadding(start) : start, CharacterSet::kDefault),
+                          preview.columns);
+    case ValueKind::kLocalText:
+    case ValueKind::kPersonName:
+      return CutToColumns(Printable(is_whole ? WithoutPadding(start) : start, preview.character_set),
+                          preview.columns);
+    case ValueKind::kUnsigned:
+    case ValueKind::kSigned:
+    case ValueKind::kFloat:
+    case ValueKind::kTag:
+      return CutToColumns(UnitsText(start, vr, is_whole), preview.columns);
+    case ValueKind::kSequence:
+      return {};
+    case ValueKind::kBytes:
+      break;
+  }
+  return CutToColumns(BytesText(start, is_whole), preview.columns);
+}
+
+}  // namespace emulator::tool

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "emulator/vessa/printable_text.h"
+
+namespace emulator::tool {
+
+/// Bytes of a value's start that a preview needs at most.
+inline constexpr std::size_t kPreviewBytes = 4096;
+
+/// What a value looks like in a line of a dump.
+struct Preview {
+  std::string_view vr;
+  CharacterSet character_set;
+  std::size_t columns;  ///< the preview has at most so many characters; 0 for no limit
+};
+
+/// The value as text: characters as they are, numbers in decimal with backslashes between them, other bytes in
+/// hexadecimal. `start` is the whole value or its first kPreviewBytes; `is_whole` tells which.
+std::string PreviewOf(const Preview& preview, std::string_view start, bool is_whole);
+
+/// Bytes in hexadecimal, upper case, no blanks.
+std::string HexText(std::string_view bytes);
+
+}  // namespace emulator::tool
