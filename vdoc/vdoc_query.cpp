@@ -15,7 +15,8 @@ CVDocQuery::CVDocQuery(const VessaROList& property_list, bool sequence_answer,
       result_stream_{std::move(result_stream)} {}
 
 CVDocQuery::~CVDocQuery() {
-  // What a failed query had found so far is the host's, too. A block that the host refused before is not sent twice.
+  // What a failed query had found so far is the host's, too. Once shown, the last block is not sent again,
+  // whatever the host said to it.
   if (result_stream_ && !results_shown_) result_stream_->Flush();
 }
 

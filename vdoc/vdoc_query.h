@@ -18,8 +18,8 @@ namespace vessa {
 /// complete or can no longer come. The answer is a VR and a value; none is no failure.
 ///
 /// Without a result stream a value longer than one chunk is a failure (CVDocQueryException); with one, such a
-/// value goes to the stream whole, while the results still hold its first chunk. What the stream's last block holds is sent
-/// when the results are shown, or when the handler ends without having been asked for them.
+/// value goes to the stream whole, while the results still hold its first chunk. What the stream's last block
+/// holds is sent when the results are shown, or when the handler ends without having been asked for them.
 class CVDocQuery : public CContentHandlerInterface {
  public:
   /// @param property_list  a view of tag, item number, tag, ..., tag; its bytes must outlive the handler
