@@ -16,15 +16,21 @@ struct Leaf {
 };
 
 constexpr Leaf kLeaves[] = {
-    {0x0008, 0x0008, "CS", "ORIGINAL\\PRIMARY\\AXIAL "},
-    {0x0008, 0x0016, "UI", "1.2.840.10008.5.1.4.1.1.2\0"},
+    {0x0008, 0x0008, "CS", "ORIGINAL\\PRIMARY\\AXIAL\\CT_SOM5 SPI\\HELIX "},
     {0x0008, 0x0018, "UI", "1.2.826.0.1.3680043.8.498.45787841905473114234212477543"},
     {0x0008, 0x0020, "DA", "20240131"},
-    {0x0008, 0x103E, "LO", "Thorax native and arterial phase, reconstruction 1.25 mm"},
-    {0x0010, 0x0010, "PN", "Lastname^Firstname^Middle^Dr. med.^Jr."},
+    {0x0008, 0x103E, "LO", "Thorax native and arterial phase, reconstruction 1.25 mm, lung"},
+    {0x0010, 0x0010, "PN",
+     "Lastname-Hyphenated^Firstname^Middle^Dr. med.^Jr.=Ideographic^Name=Phonetic^Name"},
+    {0x0010, 0x4000, "LT",
+     "Patient was injected with 90 ml of contrast agent at 3.5 ml/s; no adverse reaction was "
+     "seen during or after the examination, which ended at 14:25. Breath hold was good, there is some motion "
+     "at "
+     "the level of the diaphragm; the series was reconstructed twice."},
     {0x0020, 0x000D, "UI", "1.2.826.0.1.3680043.8.498.92134567012345670123456701235"},
-    {0x0020, 0x0013, "IS", "128 "},
-    {0x0020, 0x0032, "DS", "-158.135803\\-179.035797\\-75.699997\\1"},
+    {0x0020, 0x0032, "DS", "-158.135803\\-179.035797\\-75.699997"},
+    {0x0020, 0x0037, "DS",
+     "1.000000\\0.000000\\0.000000\\0.000000\\0.978148\\-0.207912\\0.207912\\0.978148\\0 "},
     {0x0028, 0x0010, "US", std::string_view("\0\2", 2)},
     {0x0028, 0x0030, "DS", "0.661468\\0.661468 "},
 };

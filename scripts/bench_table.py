@@ -1,0 +1,61 @@
+"""Lays the medians of a Google Benchmark report side by side.
+
+A benchmark is named WORK/DATA/WHO; WHO is "library", "replay" (its callbacks alone), "dcmtk" or another peer. The
+repetitions of all of them are interleaved, so that a slow moment of the machine meets each alike.
+"""
+
+import json
+import statistics
+import sys
+
+NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+REFERENCE = "library"
+
+
+def medians(report):
+    """{work/data: {who: {quantity: median}}}, in the order of the report."""
+    runs = {}
+    for run in report["benchmarks"]:
+        if run["run_type"] != "iteration":
+            continue
+        work, who = run["run_name"].rsplit("/", 1)
+        samples = runs.setdefault(work, {}).setdefault(who, {})
+        samples.setdefault("ns", []).append(run["cpu_time"] * NANOSECONDS[run["time_unit"]])
+        for counter, unit in (("per_element", 1e9), ("bytes_per_second", 1e-9), ("callbacks", 1), ("bytes_read", 1)):
+            if counter in run:
+                samples.setdefault(counter, []).append(run[counter] * unit)
+    return {
+        work: {who: {name: statistics.median(values) for name, values in samples.items()} for who, samples in rows.items()}
+        for work, rows in runs.items()
+    }
+
+
+def duration(nanoseconds):
+    for unit, size in (("s", 1e9), ("ms", 1e6), ("us", 1e3)):
+        if nanoseconds >= size:
+            return f"{nanoseconds / size:.2f} {unit}"
+    return f"{nanoseconds:.1f} ns"
+
+
+def line(who, row, reference):
+    cells = [f"  {who:<10}{duration(row['ns']):>12}"]
+    cells.append(f"{row['per_element']:9.1f} ns/element" if row.get("per_element", 1e9) < 1e5 else " " * 20)
+    cells.append(f"{row['bytes_per_second']:8.2f} GB/s" if "bytes_per_second" in row else " " * 13)
+    cells.append(f"  library takes {reference['ns'] / row['ns']:.3g} x this" if row is not reference else "")
+    for name in ("callbacks", "bytes_read"):
+        if name in row:
+            cells.append(f"  {row[name]:.0f} {name.replace('_', ' ')}")
+    return "".join(cells).rstrip()
+
+
+def main(path):
+    with open(path, encoding="utf-8") as file:
+        report = json.load(file)
+    for work, rows in medians(report).items():
+        print(work)
+        for who, row in rows.items():
+            print(line(who, row, rows.get(REFERENCE, row)))
+
+
+if __name__ == "__main__":
+    main(sys.argv[1])
