@@ -28,7 +28,7 @@ std::int64_t AnyWidth(std::mt19937_64& random) {
 
 TEST(ListAgreement, TheHostReadsWhatTheLibraryWrites) {
   std::mt19937_64 random(1);
-  for (int round = 0; round < 2000; ++round) {
+  for (int round = 0; round < 300; ++round) {
     VessaList list;
     emulator::ListBuilder expected;
     for (std::uint64_t items = random() % 20; items > 0; --items) {
@@ -102,7 +102,7 @@ bool HostReads(const std::string& bytes) {
 TEST(ListAgreement, BothRefuseTheSameDamage) {
   std::mt19937_64 random(3);
   int refused = 0;
-  for (int round = 0; round < 50000; ++round) {
+  for (int round = 0; round < 10000; ++round) {
     emulator::ListBuilder builder;
     builder.Integer(AnyWidth(random)).String("text").Item(1, "forms", emulator::ListForm::kMedium);
     builder.Item(2, "wide", emulator::ListForm::kLong).Double(1.5).Decimal(AnyWidth(random), -3).Absent();
@@ -118,7 +118,7 @@ TEST(ListAgreement, BothRefuseTheSameDamage) {
     if (reading == Reading::kDamaged) ++refused;
     ASSERT_EQ(reading == Reading::kAll, HostReads(bytes)) << testing::PrintToString(exact);
   }
-  EXPECT_GT(refused, 10000);
+  EXPECT_GT(refused, 2000);
 }
 
 }  // namespace
