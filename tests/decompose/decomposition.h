@@ -1,0 +1,88 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+#include "decompose/content_handler.h"
+#include "decompose/stream_decomposer.h"
+#include "emulator/client.h"
+#include "emulator/event_log.h"
+#include "stream/binary_input_stream.h"
+#include "tests/decompose/impatient_stream.h"
+#include "tests/support/dicom_bytes.h"
+#include "tests/support/emulated_host.h"
+
+using Lines = std::vector<std::string>;
+
+inline const dicom_bytes::DataSetBytes kExplicit(dicom_bytes::VrForm::kExplicit);
+inline const dicom_bytes::DataSetBytes kImplicit(dicom_bytes::VrForm::kImplicit);
+
+inline constexpr const char* kNoFailure = "no failure";
+inline constexpr const char* kNeverReturns = "never returns";
+inline const std::string kEndedTooEarly = StatusText(vessa::E_FAIL);
+
+/// The lines of a text without empty ones; blanks in front of a line only show the nesting.
+inline Lines Script(const std::string& text) {
+  Lines lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) {
+    const std::size_t start = line.find_first_not_of(' ');
+    if (start != std::string::npos) lines.push_back(line.substr(start));
+  }
+  return lines;
+}
+
+/// Decomposes bytes from a host stream object into a host content handler object.
+class Decomposition : public EmulatedHost {
+ protected:
+  Decomposition() : log_{std::make_shared<emulator::EventLog>()}, log_oref_{Add(log_)} {}
+
+  /// @return  what it failed with; kNoFailure, kNeverReturns
+  std::string Decompose(const std::string& bytes,
+                        const std::string& transfer_syntax = dicom_bytes::kExplicitLittleEndian) {
+    served_ = std::make_shared<emulator::MemoryStream>(bytes);
+    const std::uint32_t oref = Add(served_);
+    log_->Clear();
+    try {
+      return FailureOf([&] { Run(oref, transfer_syntax); });
+    } catch (const NeverReturns& waiting) {
+      EXPECT_EQ(waiting.callbacks_while_waiting, 0U);
+      return kNeverReturns;
+    }
+  }
+
+  /// The events behind StartContent, which always comes first. EndContent ends a whole decomposition.
+  Lines Events() const {
+    const Lines& lines = log_->Lines();
+    if (lines.empty() || !lines.front().starts_with("StartContent ")) return {"no StartContent"};
+    return {lines.begin() + 1, lines.end()};
+  }
+
+  /// Bytes that the host's stream stands behind.
+  std::int64_t Consumed() const { return served_->Position() - 1; }
+
+  /// Makes a client object that wants to stop at those tags.
+  std::shared_ptr<emulator::StopAtTag> AskClient(std::function<bool(std::uint32_t)> stop) {
+    auto client = std::make_shared<emulator::StopAtTag>(std::move(stop));
+    client_oref_ = Add(client);
+    return client;
+  }
+
+  std::shared_ptr<emulator::MemoryStream> served_;
+  std::shared_ptr<emulator::EventLog> log_;
+  std::uint32_t log_oref_;
+  std::uint32_t client_oref_ = 0;
+  bool simple_pixel_data_frames_ = false;
+
+ private:
+  void Run(std::uint32_t oref, const std::string& transfer_syntax) {
+    vessa::CVessaBinaryInputStream stream(oref);
+    vessa::RaiseIfNegative(stream.Open());
+    ImpatientStream impatient(stream, [this] { return host_.CallbackCount(); });
+    vessa::CContentHandler handler(log_oref_);
+    vessa::StreamDecomposer decomposer(impatient, handler, client_oref_, simple_pixel_data_frames_);
+    EXPECT_EQ(decomposer.DecomposeStream(transfer_syntax), vessa::kSuccess);
+    ExpectCleanStack();
+  }
+};
