@@ -42,7 +42,8 @@ bool EndsInsideDefinedItem(const CallProgress& progress) {
 }  // namespace
 
 std::string PlaceText(const CallProgress& progress) {
-  const std::string offset = fmt::format("offset {}", progress.stream_offset);
+  const std::string offset =
+      fmt::format("offset {}{}", progress.stream_offset, progress.at_end != 0 ? ", where the data end" : "");
   return progress.path_depth == 0 ? offset + ", at the top level" : offset + ", in " + PathText(progress);
 }
 

@@ -62,6 +62,7 @@ class DumpCommand : public Command {
     try {
       file.DecomposeInto(session, printer);
     } catch (const LibraryFailure&) {
+      printer.Finish();
       // The library names the step of its latest call. That was a look-up of a keyword, made during an event; a second
       // run without look-ups fails alike and names the true one.
       NullSink no_look_ups;

@@ -27,6 +27,9 @@ class TreePrinter : public ContentSink {
  public:
   TreePrinter(Output& output, TreeLayout layout) : output_(output), layout_(std::move(layout)) {}
 
+  /// Prints what is known of an element whose value does not come to its end.
+  void Finish() { PrintPending(); }
+
   void StartContent(std::string_view) override {}
   void EndContent() override {}
   void StartElement(std::uint32_t tag, std::string_view vr, std::uint32_t length) override;
