@@ -15,10 +15,10 @@ namespace {
 }  // namespace
 
 /// Calls the host's method with the values as the format's letters say.
-template <class... Values>
-Status CContentHandler::CallEvent(std::string_view method, const char* format, const Values&... values) {
+template <ArgumentFormat kFormat, class... Values>
+Status CContentHandler::CallEvent(std::string_view method, const Values&... values) {
   try {
-    CallMethod(oref_, method, ResultWanted::kYes, format, values...);
+    CallMethod<kFormat>(oref_, method, ResultWanted::kYes, values...);
     DropResult();
   } catch (const Status status) {
     RaiseEventFailure(method, status);
@@ -27,32 +27,32 @@ Status CContentHandler::CallEvent(std::string_view method, const char* format, c
 }
 
 Status CContentHandler::StartContent(std::string_view transfer_syntax) {
-  return CallEvent("StartContent", "a", std::string(transfer_syntax).c_str());
+  return CallEvent<"a">("StartContent", std::string(transfer_syntax).c_str());
 }
 
-Status CContentHandler::EndContent() { return CallEvent("EndContent", ""); }
+Status CContentHandler::EndContent() { return CallEvent<"">("EndContent"); }
 
 Status CContentHandler::StartItem(Tag tag, std::uint32_t length) {
-  return CallEvent("StartItem", "uu", tag.Value(), length);
+  return CallEvent<"uu">("StartItem", tag.Value(), length);
 }
 
 Status CContentHandler::EndItem(Tag tag, std::uint32_t length) {
-  return CallEvent("EndItem", "uu", tag.Value(), length);
+  return CallEvent<"uu">("EndItem", tag.Value(), length);
 }
 
 Status CContentHandler::StartElement(Tag tag, Vr vr, std::uint32_t length) {
-  return CallEvent("StartElement", "uau", tag.Value(), vr.CString(), length);
+  return CallEvent<"uau">("StartElement", tag.Value(), vr.CString(), length);
 }
 
-Status CContentHandler::EndElement(Tag tag) { return CallEvent("EndElement", "u", tag.Value()); }
+Status CContentHandler::EndElement(Tag tag) { return CallEvent<"u">("EndElement", tag.Value()); }
 
 Status CContentHandler::Data(Tag tag, std::uint32_t chunk_number, std::span<const std::uint8_t> chunk) {
-  return CallEvent("Data", "uu*a", tag.Value(), chunk_number, static_cast<std::int32_t>(chunk.size()),
-                   chunk.data());
+  return CallEvent<"uu*a">("Data", tag.Value(), chunk_number, static_cast<std::int32_t>(chunk.size()),
+                           chunk.data());
 }
 
-Status CContentHandler::StartSequence(Tag /*tag*/) { return CallEvent("StartSequence", ""); }
+Status CContentHandler::StartSequence(Tag /*tag*/) { return CallEvent<"">("StartSequence"); }
 
-Status CContentHandler::EndSequence() { return CallEvent("EndSequence", ""); }
+Status CContentHandler::EndSequence() { return CallEvent<"">("EndSequence"); }
 
 }  // namespace vessa

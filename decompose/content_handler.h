@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "decompose/content_handler_interface.h"
+#include "host/argument.h"
 
 namespace vessa {
 
@@ -24,8 +25,8 @@ class CContentHandler final : public CContentHandlerInterface {
   Status EndSequence() override;
 
  private:
-  template <class... Values>
-  Status CallEvent(std::string_view method, const char* format, const Values&... values);
+  template <ArgumentFormat kFormat, class... Values>
+  Status CallEvent(std::string_view method, const Values&... values);
 
   std::uint32_t oref_;
 };

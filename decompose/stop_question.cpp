@@ -5,7 +5,7 @@
 namespace vessa {
 
 bool ShouldStopDecomposition(std::uint32_t client_oref, Tag tag) {
-  CallMethod(client_oref, "ShouldStopDecomposition", ResultWanted::kYes, "u", tag.Value());
+  CallMethod<"u">(client_oref, "ShouldStopDecomposition", ResultWanted::kYes, tag.Value());
   return ConvertResultToInteger() != 0;
 }
 

@@ -32,7 +32,7 @@ std::int32_t ConvertResultToInteger() {
 }
 
 void DropResult() {
-  HostString result;  // the host fills it; nobody reads it
+  static HostString result;  // the host fills it; nobody reads it, nor need it lie on the stack
   result.count = HostString::kCapacity;
   RaiseCallin(Services().convert_result(kConvertToCountedString, &result));
   if (result.count > HostString::kCapacity) throw kFailedCallin;
@@ -66,7 +66,7 @@ std::int32_t ReadIntegerProperty(std::uint32_t oref, std::string_view name) {
 }
 
 bool SimplePixelDataFrames() {
-  return HoldsValue(ReadGlobalDefined("KevDICOM.Debug", "", "a", "simplepixeldataframes"));
+  return HoldsValue(ReadGlobalDefined<"a">("KevDICOM.Debug", "", "simplepixeldataframes"));
 }
 
 }  // namespace vessa

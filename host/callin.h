@@ -4,74 +4,17 @@
 // operations that hand out an area raise -1 for none. What a failed sequence had pushed is left to the host.
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
-#include "dicom/status.h"
-#include "host/binary_interface.h"
-#include "host/vessa_list.h"
+#include "host/argument_pusher.h"
+#include "host/services.h"
 
 namespace vessa {
-
-/// Stores the host's callback table for all later calls. A null table makes every later callin fail with -1.
-void SetHostServices(const HostServices* services);
-
-namespace detail {
-
-/// The table in use. It is never null: without a host's table it is one whose functions refuse, so that no
-/// callin has to look.
-extern const HostServices* host_services;
-
-inline const unsigned char* AsBytes(std::string_view text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
-
-}  // namespace detail
-
-/// The table in use; never null.
-inline const HostServices& Services() { return *detail::host_services; }
-
-/// What a callin fails with that has no status of the host's.
-inline constexpr Status kFailedCallin = -1;
-
-/// Raises what a callback answered, unless it is success.
-inline void RaiseCallin(int status) {
-  if (status != 0) [[unlikely]] {
-    throw Status{status};
-  }
-}
-
-/// One value for PushArguments; as what it is read is the format letter's business. Signed and unsigned
-/// integers stand for each other, as do the pointers to text.
-class Argument {
- public:
-  // Implicit on purpose: PushArguments takes the values as they are.
-  constexpr Argument(std::int32_t value) : integer_{static_cast<std::uint32_t>(value)} {}  // NOLINT
-  constexpr Argument(std::uint32_t value) : integer_{value} {}                             // NOLINT
-  constexpr Argument(double value) : number_{value} {}                                     // NOLINT
-  constexpr Argument(const char* value) : pointer_{value} {}                               // NOLINT
-  constexpr Argument(const std::uint8_t* value) : pointer_{value} {}                       // NOLINT
-  constexpr Argument(const char16_t* value) : pointer_{value} {}                           // NOLINT
-  constexpr Argument(const VessaList* value) : pointer_{value} {}                          // NOLINT
-  constexpr Argument(const std::span<const std::uint8_t>* value) : pointer_{value} {}      // NOLINT
-
-  std::int32_t Integer() const { return static_cast<std::int32_t>(integer_); }
-  std::uint32_t Unsigned() const { return integer_; }
-  double Number() const { return number_; }
-  template <class Pointee>
-  const Pointee* Pointer() const {
-    return static_cast<const Pointee*>(pointer_);
-  }
-
- private:
-  union {
-    std::uint32_t integer_;
-    double number_;
-    const void* pointer_;
-  };
-};
 
 /// Pushes the values as the format's letters say and returns how many values were counted:
 ///   i integer, u unsigned integer, d double, o object reference, a 8-bit text, n 16-bit text, x 16-bit text
@@ -82,16 +25,15 @@ class Argument {
 /// @throws Status  of the host; kUnexpected for a format that asks for more values than there are or for a
 /// length
 ///                 below zero. What was pushed before stays on the host's stack.
-int PushArgumentList(const char* format, std::span<const Argument> values);
-
-template <class... Values>
-int PushArguments(const char* format, const Values&... values) {
-  if constexpr (sizeof...(values) == 0) {
-    return PushArgumentList(format, {});
-  } else {
-    const std::array<Argument, sizeof...(values)> list{Argument(values)...};
-    return PushArgumentList(format, list);
+template <ArgumentFormat kFormat, class... Values>
+int PushArguments(const Values&... values) {
+  const std::array<Argument, sizeof...(values)> list{Argument(values)...};
+  ArgumentPusher pusher(list);
+  [&]<std::size_t... kIndex>(std::index_sequence<kIndex...>) {
+    (pusher.template Push<kFormat.letters[kIndex]>(), ...);
   }
+  (std::make_index_sequence<kFormat.kLetters>());
+  return kFormat.Counted();
 }
 
 // --- Methods and properties of host objects
@@ -107,11 +49,10 @@ inline void PushMethod(std::uint32_t oref, std::string_view name, ResultWanted w
 inline void InvokeMethod(int arguments) { RaiseCallin(Services().invoke_method(arguments)); }
 
 /// PushMethod, PushArguments, InvokeMethod. The result, where one is wanted, is left to be fetched.
-template <class... Values>
-void CallMethod(std::uint32_t oref, std::string_view name, ResultWanted wanted, const char* format,
-                const Values&... values) {
+template <ArgumentFormat kFormat, class... Values>
+void CallMethod(std::uint32_t oref, std::string_view name, ResultWanted wanted, const Values&... values) {
   PushMethod(oref, name, wanted);
-  InvokeMethod(PushArguments(format, values...));
+  InvokeMethod(PushArguments<kFormat>(values...));
 }
 
 std::int32_t ConvertResultToInteger();
@@ -151,29 +92,29 @@ inline void GlobalOrder(int subscripts, int direction, bool value_wanted) {
   RaiseCallin(Services().global_order(subscripts, direction, value_wanted ? 1 : 0));
 }
 
-template <class... Values>
-std::string ReadGlobalString(std::string_view name, std::string_view name_space, const char* format,
+template <ArgumentFormat kFormat, class... Values>
+std::string ReadGlobalString(std::string_view name, std::string_view name_space,
                              const Values&... subscripts) {
   PushGlobalReferenceInNamespace(name, name_space);
-  GlobalGet(PushArguments(format, subscripts...));
+  GlobalGet(PushArguments<kFormat>(subscripts...));
   const std::span<const std::uint8_t> value = PopString();
   return std::string(value.begin(), value.end());
 }
 
-template <class... Values>
-std::u16string ReadGlobalWideString(std::string_view name, std::string_view name_space, const char* format,
+template <ArgumentFormat kFormat, class... Values>
+std::u16string ReadGlobalWideString(std::string_view name, std::string_view name_space,
                                     const Values&... subscripts) {
   PushGlobalReferenceInNamespace(name, name_space);
-  GlobalGet(PushArguments(format, subscripts...));
+  GlobalGet(PushArguments<kFormat>(subscripts...));
   return std::u16string(PopWideString());
 }
 
 /// 0 undefined, 1 value, 10 descendants, 11 both.
-template <class... Values>
-std::int32_t ReadGlobalDefined(std::string_view name, std::string_view name_space, const char* format,
+template <ArgumentFormat kFormat, class... Values>
+std::int32_t ReadGlobalDefined(std::string_view name, std::string_view name_space,
                                const Values&... subscripts) {
   PushGlobalReferenceInNamespace(name, name_space);
-  GlobalDefined(PushArguments(format, subscripts...));
+  GlobalDefined(PushArguments<kFormat>(subscripts...));
   return PopInteger();
 }
 

@@ -14,9 +14,8 @@ namespace vessa {
 inline void PushSubscript(std::int32_t value) { RaiseCallin(Services().push_integer(value)); }
 
 inline void PushSubscript(std::string_view text) {
-  constexpr std::size_t kGreatestShortText = 32767;
-  if (text.size() > kGreatestShortText) [[unlikely]] {
-    PushArguments("*a", static_cast<std::int32_t>(text.size()), text.data());
+  if (text.size() > static_cast<std::size_t>(kGreatestShortText)) [[unlikely]] {
+    PushArguments<"*a">(static_cast<std::int32_t>(text.size()), text.data());
     return;
   }
   RaiseCallin(Services().push_string(static_cast<int>(text.size()), detail::AsBytes(text)));

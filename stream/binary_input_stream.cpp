@@ -85,13 +85,13 @@ Status CVessaBinaryInputStream::Fill() {
 /// later failure has the host skip it again.
 void CVessaBinaryInputStream::SkipHandedOut() {
   if (index_ == 0) return;
-  CallMethod(GetOref(), "Skip", ResultWanted::kNo, "i", static_cast<std::int32_t>(index_));
+  CallMethod<"i">(GetOref(), "Skip", ResultWanted::kNo, static_cast<std::int32_t>(index_));
   index_ = 0;
   filled_ = 0;
 }
 
 void CVessaBinaryInputStream::FetchLookAhead() {
-  CallMethod(GetOref(), "Peek", ResultWanted::kYes, "i", static_cast<std::int32_t>(look_ahead_bytes_));
+  CallMethod<"i">(GetOref(), "Peek", ResultWanted::kYes, static_cast<std::int32_t>(look_ahead_bytes_));
   const std::span<const std::uint8_t> bytes = PopString();
   filled_ = std::min(bytes.size(), look_ahead_bytes_);  // the rest comes again: only what is used is skipped
   std::copy_n(bytes.begin(), filled_, buffer_.get());

@@ -29,7 +29,7 @@ void CVessaBinaryOutputStream::Flush() {
 
 /// @throws Status  the host failed
 void CVessaBinaryOutputStream::SendBlock() {
-  CallMethod(oref_, "Write", ResultWanted::kYes, "*a", static_cast<std::int32_t>(filled_), block_.data());
+  CallMethod<"*a">(oref_, "Write", ResultWanted::kYes, static_cast<std::int32_t>(filled_), block_.data());
   DropResult();
   filled_ = 0;
 }

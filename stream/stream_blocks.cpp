@@ -8,7 +8,7 @@
 namespace vessa {
 
 std::size_t ReadBlock(std::uint32_t oref, PackBlock& block) {
-  CallMethod(oref, "Read", ResultWanted::kYes, "i", static_cast<std::int32_t>(kPackBlockBytes));
+  CallMethod<"i">(oref, "Read", ResultWanted::kYes, static_cast<std::int32_t>(kPackBlockBytes));
   const std::span<const std::uint8_t> bytes = PopString();
   if (bytes.size() > block.size()) throw E_FAIL;  // the surplus would be lost without a word
   const auto rest = std::copy(bytes.begin(), bytes.end(), block.begin());
@@ -17,7 +17,7 @@ std::size_t ReadBlock(std::uint32_t oref, PackBlock& block) {
 }
 
 void WriteBlock(std::uint32_t oref, std::span<const std::uint8_t> bytes) {
-  CallMethod(oref, "Write", ResultWanted::kNo, "*a", static_cast<std::int32_t>(bytes.size()), bytes.data());
+  CallMethod<"*a">(oref, "Write", ResultWanted::kNo, static_cast<std::int32_t>(bytes.size()), bytes.data());
 }
 
 }  // namespace vessa

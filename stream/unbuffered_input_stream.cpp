@@ -12,7 +12,7 @@ namespace vessa {
 Status CVessaUnbufferedInputStream::Read(std::span<std::uint8_t> destination) {
   if (destination.size() > std::numeric_limits<std::int32_t>::max()) return E_INVALIDARG;
   const std::span<const std::uint8_t> bytes = WithFailureText(kReadFailed, [&] {
-    CallMethod(GetOref(), "Read", ResultWanted::kYes, "i", static_cast<std::int32_t>(destination.size()));
+    CallMethod<"i">(GetOref(), "Read", ResultWanted::kYes, static_cast<std::int32_t>(destination.size()));
     return PopString();
   });
   if (bytes.size() != destination.size()) {

@@ -23,7 +23,7 @@ const std::vector<std::pair<const char*, std::function<void()>>>& EveryCallin() 
   static const std::vector<std::pair<const char*, std::function<void()>>> kCallins = {
       {"PushMethod", [] { PushMethod(1, "Peek", ResultWanted::kYes); }},
       {"InvokeMethod", [] { InvokeMethod(1); }},
-      {"CallMethod", [] { CallMethod(1, "Peek", ResultWanted::kYes, "i", 8000); }},
+      {"CallMethod", [] { CallMethod<"i">(1, "Peek", ResultWanted::kYes, 8000); }},
       {"ConvertResultToInteger", [] { ConvertResultToInteger(); }},
       {"DropResult", [] { DropResult(); }},
       {"PopString", [] { PopString(); }},
@@ -35,24 +35,24 @@ const std::vector<std::pair<const char*, std::function<void()>>>& EveryCallin() 
       {"GlobalGet", [] { GlobalGet(0); }},
       {"GlobalDefined", [] { GlobalDefined(0); }},
       {"GlobalOrder", [] { GlobalOrder(1, 1, true); }},
-      {"ReadGlobalString", [] { ReadGlobalString("g", "", "a", "key"); }},
-      {"ReadGlobalWideString", [] { ReadGlobalWideString("g", "", "a", "key"); }},
-      {"ReadGlobalDefined", [] { ReadGlobalDefined("g", "", "a", "key"); }},
+      {"ReadGlobalString", [] { ReadGlobalString<"a">("g", "", "key"); }},
+      {"ReadGlobalWideString", [] { ReadGlobalWideString<"a">("g", "", "key"); }},
+      {"ReadGlobalDefined", [] { ReadGlobalDefined<"a">("g", "", "key"); }},
       {"SimplePixelDataFrames", [] { SimplePixelDataFrames(); }},
-      {"PushArguments i", [] { PushArguments("i", 1); }},
-      {"PushArguments u", [] { PushArguments("u", 1U); }},
-      {"PushArguments d", [] { PushArguments("d", 1.0); }},
-      {"PushArguments o", [] { PushArguments("o", 1U); }},
-      {"PushArguments a", [] { PushArguments("a", ""); }},
-      {"PushArguments n", [] { PushArguments("n", u""); }},
-      {"PushArguments x", [] { PushArguments("x", u""); }},
+      {"PushArguments i", [] { PushArguments<"i">(1); }},
+      {"PushArguments u", [] { PushArguments<"u">(1U); }},
+      {"PushArguments d", [] { PushArguments<"d">(1.0); }},
+      {"PushArguments o", [] { PushArguments<"o">(1U); }},
+      {"PushArguments a", [] { PushArguments<"a">(""); }},
+      {"PushArguments n", [] { PushArguments<"n">(u""); }},
+      {"PushArguments x", [] { PushArguments<"x">(u""); }},
       {"PushArguments c",
        [] {
          const std::span<const std::uint8_t> none;
-         PushArguments("c", &none);
+         PushArguments<"c">(&none);
        }},
-      {"PushArguments long a", [] { PushArguments("*a", 40000, std::string(40000, 'x').c_str()); }},
-      {"PushArguments long n", [] { PushArguments("*n", 40000, std::u16string(40000, u'x').c_str()); }},
+      {"PushArguments long a", [] { PushArguments<"*a">(40000, std::string(40000, 'x').c_str()); }},
+      {"PushArguments long n", [] { PushArguments<"*n">(40000, std::u16string(40000, u'x').c_str()); }},
   };
   return kCallins;
 }
@@ -105,8 +105,8 @@ TEST(Callin, RaisesNegativeStatusesAsTheyAre) {
 
 TEST(CallMethod, PushesTheMethodThenTheArgumentsAndInvokesItWithTheirCount) {
   ScriptedHost host;
-  CallMethod(7, "StartElement", ResultWanted::kYes, "aai", "00100010", "PN", 8);
-  CallMethod(7, "EndContent", ResultWanted::kNo, "");
+  CallMethod<"aai">(7, "StartElement", ResultWanted::kYes, "00100010", "PN", 8);
+  CallMethod<"">(7, "EndContent", ResultWanted::kNo);
   EXPECT_THAT(host.calls, ElementsAre("PushMethod 7 'StartElement' 1", "PushString '00100010'",
                                       "PushString 'PN'", "PushInteger 8", "InvokeMethod 3",
                                       "PushMethod 7 'EndContent' 0", "InvokeMethod 0"));
@@ -114,7 +114,7 @@ TEST(CallMethod, PushesTheMethodThenTheArgumentsAndInvokesItWithTheirCount) {
 
 TEST(CallMethod, CountsTheLettersThatPushNothing) {
   ScriptedHost host;
-  CallMethod(1, "M", ResultWanted::kNo, "*aq", 1, "abc");
+  CallMethod<"*aq">(1, "M", ResultWanted::kNo, 1, "abc");
   EXPECT_EQ(host.calls.back(), "InvokeMethod 2");
 }
 
@@ -201,7 +201,7 @@ TEST(ReadGlobalString, PushesTheNodeGetsAndPopsIt) {
   unsigned char bytes[] = {'P', 0, 'N'};
   host.bytes = bytes;
   host.length = 3;
-  EXPECT_EQ(ReadGlobalString("KevDICOM.Data", "", "aia", "id", 3, "v"), std::string("P\0N", 3));
+  EXPECT_EQ(ReadGlobalString<"aia">("KevDICOM.Data", "", "id", 3, "v"), std::string("P\0N", 3));
   EXPECT_THAT(host.calls, ElementsAre("PushGlobalInNamespace 'KevDICOM.Data' ''", "PushString 'id'",
                                       "PushInteger 3", "PushString 'v'", "GlobalGet 3 0", "PopString"));
 }
@@ -211,14 +211,14 @@ TEST(ReadGlobalWideString, PopsTheNodeAs16BitText) {
   std::uint16_t units[] = {0x4E2D};
   host.units = units;
   host.length = 1;
-  EXPECT_EQ(ReadGlobalWideString("g", "SPACE", ""), u"\u4E2D");
+  EXPECT_EQ(ReadGlobalWideString<"">("g", "SPACE"), u"\u4E2D");
   EXPECT_THAT(host.calls, ElementsAre("PushGlobalInNamespace 'g' 'SPACE'", "GlobalGet 0 0", "PopWideString"));
 }
 
 TEST(ReadGlobalDefined, PopsTheCode) {
   ScriptedHost host;
   host.integer = 11;
-  EXPECT_EQ(ReadGlobalDefined("g", "", "ii", 1, 2), 11);
+  EXPECT_EQ(ReadGlobalDefined<"ii">("g", "", 1, 2), 11);
   EXPECT_THAT(host.calls, ElementsAre("PushGlobalInNamespace 'g' ''", "PushInteger 1", "PushInteger 2",
                                       "GlobalDefined 2 0", "PopInteger"));
 }
@@ -226,7 +226,7 @@ TEST(ReadGlobalDefined, PopsTheCode) {
 TEST(GlobalOrder, PassesDirectionAndWishOn) {
   ScriptedHost host;
   PushGlobalReference("KevDICOM.Data");
-  GlobalOrder(PushArguments("a", ""), -1, true);
+  GlobalOrder(PushArguments<"a">(""), -1, true);
   GlobalOrder(2, 1, false);
   EXPECT_THAT(host.calls, ElementsAre("PushGlobal 'KevDICOM.Data'", "PushString ''", "GlobalOrder 1 -1 1",
                                       "GlobalOrder 2 1 0"));

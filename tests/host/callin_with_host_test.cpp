@@ -34,26 +34,26 @@ std::string AsText(std::span<const std::uint8_t> bytes) { return {bytes.begin(),
 
 TEST_F(CallinWithHost, CallsAMethodAndPopsItsResult) {
   const std::uint32_t stream = AddStream("DICM");
-  CallMethod(stream, "Peek", ResultWanted::kYes, "i", 3);
+  CallMethod<"i">(stream, "Peek", ResultWanted::kYes, 3);
   EXPECT_EQ(AsText(PopString()), "DIC");
 }
 
 TEST_F(CallinWithHost, CallsAMethodWithoutAResult) {
   const std::uint32_t stream = AddStream("DICM");
-  CallMethod(stream, "Skip", ResultWanted::kNo, "i", 3);
+  CallMethod<"i">(stream, "Skip", ResultWanted::kNo, 3);
   EXPECT_EQ(ReadIntegerProperty(stream, "Position"), 4);
   EXPECT_EQ(ReadIntegerProperty(stream, "Size"), 5);
 }
 
 TEST_F(CallinWithHost, DropsAResultOfFullLength) {
   const std::uint32_t stream = AddStream(std::string(40000, 'x'));
-  CallMethod(stream, "Peek", ResultWanted::kYes, "i", 32767);
+  CallMethod<"i">(stream, "Peek", ResultWanted::kYes, 32767);
   DropResult();
 }
 
 TEST_F(CallinWithHost, AResultTooLongToDropIsTheHostsError) {
   const std::uint32_t stream = AddStream(std::string(40000, 'x'));
-  CallMethod(stream, "Peek", ResultWanted::kYes, "i", 32768);
+  CallMethod<"i">(stream, "Peek", ResultWanted::kYes, 32768);
   ExpectStatus([] { DropResult(); }, -10);
   host_.ResetStack();
 }
@@ -61,7 +61,7 @@ TEST_F(CallinWithHost, AResultTooLongToDropIsTheHostsError) {
 TEST_F(CallinWithHost, WritesALongStringInOneCall) {
   const auto stream = std::make_shared<emulator::MemoryStream>();
   const std::string text(100000, 'x');
-  CallMethod(host_.Add(stream), "Write", ResultWanted::kNo, "*a", 100000, text.c_str());
+  CallMethod<"*a">(host_.Add(stream), "Write", ResultWanted::kNo, 100000, text.c_str());
   EXPECT_EQ(stream->Bytes(), text);
   EXPECT_EQ(host_.OpenLongStrings(), 0U);
 }
@@ -70,7 +70,7 @@ TEST_F(CallinWithHost, AnUnknownObjectMethodOrPropertyIsTheHostsError) {
   const std::uint32_t stream = AddStream("");
   ExpectStatus([] { ReadIntegerProperty(4711, "Size"); }, 119);
   host_.ResetStack();
-  ExpectStatus([&] { CallMethod(stream, "Fly", ResultWanted::kYes, ""); }, 120);
+  ExpectStatus([&] { CallMethod<"">(stream, "Fly", ResultWanted::kYes); }, 120);
   host_.ResetStack();
   ExpectStatus([&] { ReadIntegerProperty(stream, "Colour"); }, 121);
   host_.ResetStack();
@@ -79,22 +79,22 @@ TEST_F(CallinWithHost, AnUnknownObjectMethodOrPropertyIsTheHostsError) {
 TEST_F(CallinWithHost, ReadsGlobals) {
   host_.globals().Set("KevDICOM.Data", {std::string("id"), std::int64_t{3}, std::string("v")},
                       std::string("PN"));
-  EXPECT_EQ(ReadGlobalString("KevDICOM.Data", "", "aia", "id", 3, "v"), "PN");
-  EXPECT_EQ(ReadGlobalWideString("KevDICOM.Data", "", "aia", "id", 3, "v"), u"PN");
-  EXPECT_EQ(ReadGlobalDefined("KevDICOM.Data", "", "aia", "id", 3, "v"), 1);
-  EXPECT_EQ(ReadGlobalDefined("KevDICOM.Data", "", "a", "id"), 10);
-  EXPECT_EQ(ReadGlobalDefined("KevDICOM.Data", "", "a", "other"), 0);
+  EXPECT_EQ(ReadGlobalString<"aia">("KevDICOM.Data", "", "id", 3, "v"), "PN");
+  EXPECT_EQ(ReadGlobalWideString<"aia">("KevDICOM.Data", "", "id", 3, "v"), u"PN");
+  EXPECT_EQ(ReadGlobalDefined<"aia">("KevDICOM.Data", "", "id", 3, "v"), 1);
+  EXPECT_EQ(ReadGlobalDefined<"a">("KevDICOM.Data", "", "id"), 10);
+  EXPECT_EQ(ReadGlobalDefined<"a">("KevDICOM.Data", "", "other"), 0);
 }
 
 TEST_F(CallinWithHost, WalksAGlobalForward) {
   host_.globals().Set("g", {std::int64_t{kTagKey}}, std::string("5"));
   PushGlobalReference("g");
-  GlobalOrder(PushArguments("a", ""), 1, true);
+  GlobalOrder(PushArguments<"a">(""), 1, true);
   ASSERT_NE(PopInteger(), 0);
   EXPECT_EQ(AsText(PopString()), "5");
   EXPECT_EQ(AsText(PopString()), "1048592");
   PushGlobalReference("g");
-  GlobalOrder(PushArguments("i", kTagKey), 1, true);
+  GlobalOrder(PushArguments<"i">(kTagKey), 1, true);
   EXPECT_EQ(PopInteger(), 0);
   EXPECT_EQ(AsText(PopString()), "");
 }
@@ -112,7 +112,7 @@ TEST_F(CallinWithHost, SimplePixelDataFramesFollowsItsNode) {
 
 TEST_F(CallinWithHost, AHostThatLiesIsAFailedCallin) {
   const std::uint32_t stream = AddStream("DICM");
-  const auto peek = [&] { CallMethod(stream, "Peek", ResultWanted::kYes, "i", 4); };
+  const auto peek = [&] { CallMethod<"i">(stream, "Peek", ResultWanted::kYes, 4); };
   host_.faults().LieNth(emulator::Lie::kNegativeLength, 1);
   peek();
   ExpectStatus([] { PopString(); }, -1);
