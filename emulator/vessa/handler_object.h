@@ -23,8 +23,6 @@ class HandlerObject : public Object {
   void RethrowError() const;
 
  private:
-  void Dispatch(std::string_view method, std::span<const Value> arguments);
-
   ContentSink& sink_;
   ElementPath& path_;
   CallProgress& progress_;

@@ -1,10 +1,8 @@
-#include "emulator/vessa/tag_text.h"
-
-#include <fmt/format.h>
+#include "emulator/tag_text.h"
 
 #include <charconv>
 
-namespace emulator::tool {
+namespace emulator {
 namespace {
 
 constexpr std::size_t kTagDigits = 8;
@@ -22,10 +20,16 @@ std::string WithoutPunctuation(std::string_view text) {
 }  // namespace
 
 std::string DisplayTag(std::uint32_t tag) {
-  return fmt::format("({:04X},{:04X})", GroupOf(tag), tag & 0xFFFFU);
+  const std::string digits = PlainTag(tag);
+  return "(" + digits.substr(0, kGroupDigits) + "," + digits.substr(kGroupDigits) + ")";
 }
 
-std::string PlainTag(std::uint32_t tag) { return fmt::format("{:08X}", tag); }
+std::string PlainTag(std::uint32_t tag) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string digits(kTagDigits, '0');
+  for (std::size_t at = kTagDigits; at-- > 0; tag >>= 4U) digits[at] = kDigits[tag & 0xFU];
+  return digits;
+}
 
 std::optional<std::uint32_t> ParseTag(std::string_view text) {
   const std::string digits = WithoutPunctuation(text);
@@ -36,4 +40,4 @@ std::optional<std::uint32_t> ParseTag(std::string_view text) {
   return tag;
 }
 
-}  // namespace emulator::tool
+}  // namespace emulator
