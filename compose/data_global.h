@@ -63,7 +63,7 @@ class DataGlobal {
 
  private:
   static constexpr std::string_view kName = "KevDICOM.Data";
-  static constexpr std::string_view kCurrentNamespace = "";
+  static constexpr std::string_view kCurrentNamespace{};
   static constexpr int kForward = 1;
 
   static void PopKey(std::string& key) {

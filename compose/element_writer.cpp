@@ -52,7 +52,7 @@ class HeaderBytes {
       8;  // VR, reserved bytes and 4-byte length; or tag and 4-byte length
 
   ByteOrder order_;
-  std::array<std::uint8_t, kLongest> bytes_;
+  std::array<std::uint8_t, kLongest> bytes_{};
   std::size_t size_ = 0;
 };
 

@@ -11,7 +11,7 @@ namespace {
 
 struct SwapUnit {
   Vr vr;
-  std::int32_t bytes;
+  std::int32_t bytes = 1;
 };
 
 constexpr std::array<SwapUnit, 12> kSwapUnits{{
