@@ -25,6 +25,8 @@ void SetHostServices(const HostServices* services) {
   detail::host_services = services != nullptr ? services : &kRefusingServices;
 }
 
+void RaiseStatus(Status status) { throw status; }
+
 std::int32_t ConvertResultToInteger() {
   std::int32_t value = 0;
   RaiseCallin(Services().convert_result(kConvertToInteger, &value));

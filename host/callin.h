@@ -3,41 +3,17 @@
 // Calls back into the host. Every function raises a host status other than 0 as that Status, at once; the
 // operations that hand out an area raise -1 for none. What a failed sequence had pushed is left to the host.
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 
-#include "host/argument_pusher.h"
+#include "host/push_arguments.h"
 #include "host/services.h"
 
 namespace vessa {
 
-/// Pushes the values as the format's letters say and returns how many values were counted:
-///   i integer, u unsigned integer, d double, o object reference, a 8-bit text, n 16-bit text, x 16-bit text
-///   in its second form, l value list (its bytes), c counted bytes, * length of the next text value (not
-///   counted).
-/// A letter of no meaning pushes nothing and takes no value, yet is counted. Without "*" a text ends at its
-/// zero; a null text is empty; one above 32767 units goes through the host's long strings.
-/// @throws Status  of the host; kUnexpected for a format that asks for more values than there are or for a
-/// length
-///                 below zero. What was pushed before stays on the host's stack.
-template <ArgumentFormat kFormat, class... Values>
-int PushArguments(const Values&... values) {
-  const std::array<Argument, sizeof...(values)> list{Argument(values)...};
-  ArgumentPusher pusher(list);
-  [&]<std::size_t... kIndex>(std::index_sequence<kIndex...>) {
-    (pusher.template Push<kFormat.letters[kIndex]>(), ...);
-  }
-  (std::make_index_sequence<kFormat.kLetters>());
-  return kFormat.Counted();
-}
-
-// --- Methods and properties of host objects
-// -------------------------------------------------------------------
+// --- Methods and properties of host objects ---
 
 enum class ResultWanted : int { kNo = 0, kYes = 1 };
 
@@ -67,8 +43,7 @@ std::int32_t PopInteger();
 /// PushProperty, GetProperty, ConvertResultToInteger.
 std::int32_t ReadIntegerProperty(std::uint32_t oref, std::string_view name);
 
-// --- Globals (names without the leading "^")
-// ------------------------------------------------------------------
+// --- Globals (names without the leading "^") ---
 
 inline void PushGlobalReference(std::string_view name) {
   RaiseCallin(Services().push_global(static_cast<int>(name.size()), detail::AsBytes(name)));

@@ -30,10 +30,13 @@ inline const HostServices& Services() { return *detail::host_services; }
 /// What a callin fails with that has no status of the host's.
 inline constexpr Status kFailedCallin = -1;
 
+/// Raises the status.
+[[noreturn]] void RaiseStatus(Status status);
+
 /// Raises what a callback answered, unless it is success.
 inline void RaiseCallin(int status) {
   if (status != 0) [[unlikely]] {
-    throw Status{status};
+    RaiseStatus(status);
   }
 }
 

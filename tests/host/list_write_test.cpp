@@ -138,6 +138,14 @@ TEST(ListWriter, ARememberedEndStaysTheEnd) {
   }
 }
 
+TEST(ListWriter, HasNoItemAtHandAfterAppending) {
+  VessaList list;
+  for (int i = 0; i < 3; ++i) {
+    list.AppendInt(i);
+    ExpectOutOfBounds([&] { list.GetInt(); });
+  }
+}
+
 TEST(ListWriter, AnItemAtHandBeforeTheEndStaysAtHand) {
   VessaList list;
   list.AppendString("first");

@@ -16,8 +16,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::int32_t kSixteen = 16;
-
 TEST(PushArguments, PushesEveryKindOfValueByItsLetter) {
   ScriptedHost host;
   VessaList list;
@@ -175,12 +173,6 @@ TEST(PushArguments, RaisesTheStatusOfTheFirstPushThatFails) {
   ScriptedHost host;
   push();
   EXPECT_EQ(host.calls.size(), kCallbacks);
-}
-
-TEST(PushArguments, AFormatThatAsksForMoreThanThereIsFails) {
-  ScriptedHost host;
-  ExpectStatus([] { PushArguments<"ii">(kSixteen); }, kUnexpected);
-  ExpectStatus([] { PushArguments<"a">(); }, kUnexpected);
 }
 
 TEST(PushArguments, ANegativeLengthFails) {

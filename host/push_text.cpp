@@ -1,8 +1,8 @@
-#include "host/argument_pusher.h"
+#include "host/push_text.h"
 
 #include <cstring>
 
-namespace vessa {
+namespace vessa::detail {
 namespace {
 
 template <class Unit>
@@ -25,4 +25,6 @@ void PushLongText(const TextRoute<std::uint16_t>& route, const void* text, int l
   PushThroughArea(route, text, length);
 }
 
-}  // namespace vessa
+void RaiseUnfitLength() { throw kUnexpected; }
+
+}  // namespace vessa::detail
