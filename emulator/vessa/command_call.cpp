@@ -39,7 +39,7 @@ class CallCommand : public Command {
  private:
   void CheckName(const Library& library) const {
     const vessa::CallOutRow* const row = library.Find(name_);
-    const std::string name = Printable(name_, CharacterSet::kUtf8);
+    const std::string name = PrintableUtf8(name_);
     if (row == nullptr)
       throw ToolError(kWrongUsage, fmt::format("no call-out '{}'; 'vessa table' lists them", name));
     if (std::string_view(row->argument_types) != "Bz") {

@@ -49,8 +49,7 @@ class DumpCommand : public Command {
     model.Finish();
     if (model.UnreadTexts() == 0) return;
     WriteError(fmt::format(
-        "vessa: {} values are in a character set that is not converted; \\xNN and escape sequences "
-        "stand for their bytes",
+        "vessa: {} values hold bytes that their character set does not know; U+FFFD stands for them",
         model.UnreadTexts()));
   }
 

@@ -14,7 +14,7 @@ std::uint64_t FirstUnsignedShort(std::string_view value) { return UnsignedLittle
 
 void DataSetScopes::Observe(std::uint32_t tag, std::string_view value) {
   Scope& scope = scopes_.back();
-  if (tag == kSpecificCharacterSet) scope.characters = CharacterSetNamed(value);
+  if (tag == kSpecificCharacterSet) scope.characters = CharacterSets(value);
   if (tag == kPixelRepresentation) scope.has_signed_pixels = FirstUnsignedShort(value) == 1;
   if (tag == kBitsAllocated) scope.bits_allocated = FirstUnsignedShort(value);
 }

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "emulator/vessa/printable_text.h"
+#include "emulator/vessa/character_sets.h"
 
 namespace emulator::tool {
 
@@ -22,7 +22,7 @@ class DataSetScopes {
   /// Takes note of an element's value, of which the first chunk is enough.
   void Observe(std::uint32_t tag, std::string_view value);
 
-  CharacterSet Characters() const { return scopes_.back().characters; }
+  const CharacterSets& Characters() const { return scopes_.back().characters; }
 
   /// The VR in the standard's terms. The dictionary of implicit VR syntaxes has placeholders where the standard leaves
   /// a choice: XS becomes US or SS by Pixel Representation, OX becomes OW, or OB for pixel data of up to 8 bits.
@@ -30,7 +30,7 @@ class DataSetScopes {
 
  private:
   struct Scope {
-    CharacterSet characters = CharacterSet::kDefault;
+    CharacterSets characters;
     bool has_signed_pixels = false;
     std::uint64_t bits_allocated = 0;  ///< 0 when not known
   };

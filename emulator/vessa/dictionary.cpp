@@ -40,7 +40,7 @@ std::uint32_t Dictionary::TagNamed(const std::string& text) {
   throw ToolError(
       kWrongUsage,
       fmt::format("'{}' is neither a tag, such as 0010,0010, nor a keyword of the data dictionary",
-                  Printable(text, CharacterSet::kUtf8)));
+                  PrintableUtf8(text)));
 }
 
 }  // namespace emulator::tool

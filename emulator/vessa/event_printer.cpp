@@ -14,14 +14,14 @@ namespace {
 constexpr std::size_t kShownBytes = 32;
 
 /// A VR can be any two bytes of the stream.
-std::string VrText(std::string_view vr) { return Printable(vr, CharacterSet::kDefault); }
+std::string VrText(std::string_view vr) { return PrintableAscii(vr); }
 
 using Members = nlohmann::ordered_json;
 
 }  // namespace
 
 void EventTextPrinter::StartContent(std::string_view transfer_syntax) {
-  output_.WriteLine(fmt::format("StartContent {}", Printable(transfer_syntax, CharacterSet::kDefault)));
+  output_.WriteLine(fmt::format("StartContent {}", PrintableAscii(transfer_syntax)));
 }
 
 void EventTextPrinter::EndContent() { output_.WriteLine("EndContent"); }
@@ -54,7 +54,7 @@ void EventTextPrinter::EndItem(std::uint32_t tag, std::uint32_t length) {
 }
 
 void EventJsonPrinter::StartContent(std::string_view transfer_syntax) {
-  const std::string syntax = Printable(transfer_syntax, CharacterSet::kDefault);
+  const std::string syntax = PrintableAscii(transfer_syntax);
   output_.WriteLine(Members{{"event", "StartContent"}, {"transferSyntax", syntax}}.dump());
 }
 

@@ -24,7 +24,7 @@ class JsonModel : public ContentSink {
   void Begin();
   void Finish();
 
-  /// Values with bytes that stand as \xNN, since their character set is not converted.
+  /// Values with bytes that have no meaning in their character set; U+FFFD stands for those.
   std::uint64_t UnreadTexts() const { return unread_texts_; }
 
   void StartContent(std::string_view) override {}

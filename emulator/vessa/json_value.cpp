@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "emulator/vessa/numbers.h"
+#include "emulator/vessa/printable_text.h"
 #include "emulator/vessa/tag_text.h"
 
 namespace emulator::tool {
@@ -47,59 +48,54 @@ std::string JsonNumberFromText(std::string_view text) {
   return JsonNumber(value);
 }
 
-/// The text values of one element, turned into JSON one by one.
-class TextValues {
- public:
-  TextValues(const ValueRepresentation& vr, CharacterSet set) : vr_(vr), set_(set) {}
-
-  JsonValues Convert(std::string_view bytes) {
-    std::string_view rest = WithoutPadding(bytes);
-    if (rest.empty()) return {};
-    std::string array = "[";
-    for (bool has_more = true; has_more;) {
-      std::string_view part = rest;
-      has_more = vr_.has_many_values && TakeUpTo('\\', rest, part);
-      array += OneValue(WithoutPadding(part)) + (has_more ? "," : "]");
+/// The bytes as UTF-8 at any price: what is not ASCII becomes U+FFFD.
+std::string AsciiOf(std::string_view bytes) {
+  std::string text;
+  for (const char byte : bytes) {
+    if ((static_cast<unsigned char>(byte) & 0x80U) == 0) {
+      text += byte;
+    } else {
+      text += "\xEF\xBF\xBD";
     }
-    return {array, has_unread_text_};
   }
+  return text;
+}
 
- private:
-  std::string OneValue(std::string_view text) {
-    if (text.empty()) return "null";
-    if (vr_.kind == ValueKind::kPersonName) return PersonName(text);
-    if (vr_.kind == ValueKind::kNumberText) {
-      const std::string number = JsonNumberFromText(text);
-      if (!number.empty()) return number;
-    }
-    return Text(text);
+std::string JsonPersonName(std::string_view text) {
+  std::string json = "{";
+  std::string_view rest = text;
+  for (const char* const group : kNameGroups) {
+    std::string_view part;
+    TakeUpTo('=', rest, part);
+    if (part.empty()) continue;
+    json += fmt::format("{}\"{}\":{}", json.size() > 1 ? "," : "", group, JsonString(std::string(part)));
   }
+  return json + "}";
+}
 
-  std::string PersonName(std::string_view text) {
-    std::string json = "{";
-    std::string_view rest = text;
-    for (const char* const group : kNameGroups) {
-      std::string_view part;
-      TakeUpTo('=', rest, part);
-      if (part.empty()) continue;
-      json += fmt::format("{}\"{}\":{}", json.size() > 1 ? "," : "", group, Text(part));
-    }
-    return json + "}";
+std::string JsonText(std::string_view text, ValueKind kind) {
+  if (text.empty()) return "null";
+  if (kind == ValueKind::kPersonName) return JsonPersonName(text);
+  std::string number = kind == ValueKind::kNumberText ? JsonNumberFromText(text) : std::string();
+  return number.empty() ? JsonString(std::string(text)) : number;
+}
+
+JsonValues TextValues(const ValueRepresentation& vr, std::string_view bytes,
+                      const CharacterSets& characters) {
+  if (WithoutPadding(bytes).empty()) return {};
+  const bool is_local = vr.kind == ValueKind::kLocalText || vr.kind == ValueKind::kPersonName;
+  const CharacterSets own = is_local ? characters : CharacterSets();
+  const std::optional<std::string> decoded = own.Decode(bytes, vr.kind == ValueKind::kPersonName);
+  const std::string text = decoded ? *decoded : AsciiOf(bytes);
+  std::string_view rest = WithoutPadding(text);
+  std::string array = "[";
+  for (bool has_more = true; has_more;) {
+    std::string_view part = rest;
+    has_more = vr.has_many_values && TakeUpTo('\\', rest, part);
+    array += JsonText(WithoutPadding(part), vr.kind) + (has_more ? "," : "]");
   }
-
-  std::string Text(std::string_view text) {
-    const bool is_local = vr_.kind == ValueKind::kLocalText || vr_.kind == ValueKind::kPersonName;
-    const CharacterSet set = is_local ? set_ : CharacterSet::kDefault;
-    if (set == CharacterSet::kOther && text.find('\x1B') != std::string_view::npos) has_unread_text_ = true;
-    if (const std::optional<std::string> utf8 = ToUtf8(text, set)) return JsonString(*utf8);
-    has_unread_text_ = true;
-    return JsonString(Printable(text, set));
-  }
-
-  const ValueRepresentation& vr_;
-  CharacterSet set_;
-  bool has_unread_text_ = false;
-};
+  return {array, !decoded};
+}
 
 std::string JsonUnit(std::string_view unit, ValueKind kind) {
   if (kind == ValueKind::kTag) return fmt::format("\"{}\"", PlainTag(TagValue(unit)));
@@ -120,13 +116,13 @@ std::optional<JsonValues> UnitValues(const ValueRepresentation& vr, std::string_
 }  // namespace
 
 std::optional<JsonValues> JsonValuesOf(const ValueRepresentation& vr, std::string_view bytes,
-                                       CharacterSet set) {
+                                       const CharacterSets& characters) {
   switch (vr.kind) {
     case ValueKind::kText:
     case ValueKind::kLocalText:
     case ValueKind::kPersonName:
     case ValueKind::kNumberText:
-      return TextValues(vr, set).Convert(bytes);
+      return TextValues(vr, bytes, characters);
     case ValueKind::kUnsigned:
     case ValueKind::kSigned:
     case ValueKind::kFloat:

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "emulator/vessa/printable_text.h"
+#include "emulator/vessa/character_sets.h"
 #include "emulator/vessa/value_representation.h"
 
 namespace emulator::tool {
@@ -14,13 +14,13 @@ namespace emulator::tool {
 /// The content of a "Value" member.
 struct JsonValues {
   std::string array;             ///< such as ["A",null,"B"]; empty for an element without a value
-  bool has_unread_text = false;  ///< some bytes stand as \xNN, since their character set is not known here
+  bool has_unread_text = false;  ///< U+FFFD stands for some bytes that have no meaning in the character set
 };
 
 /// For every kind but kSequence and kBytes. Nothing when the bytes are no values of that VR, such as an unsigned
 /// short of three bytes.
 std::optional<JsonValues> JsonValuesOf(const ValueRepresentation& vr, std::string_view bytes,
-                                       CharacterSet set);
+                                       const CharacterSets& characters);
 
 /// A JSON string with its quotes. `utf8` must be valid.
 std::string JsonString(const std::string& utf8);

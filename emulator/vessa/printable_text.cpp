@@ -69,21 +69,24 @@ void AppendEscaped(std::string& text, std::string_view bytes) {
     text += fmt::format("\\x{:02X}", ByteAt(bytes, index));
 }
 
-/// The longest start of the text that is one character in the set; 0 when its first byte is none.
-std::size_t CharacterLength(std::string_view text, CharacterSet set) {
-  if (set == CharacterSet::kUtf8) return Utf8SequenceLength(text);
-  return ByteAt(text, 0) < 0x80U ? 1 : 0;
+/// The text, but for what `is_shown` refuses of its characters and for bytes that are part of none.
+template <class Predicate>
+std::string Printable(std::string_view text, Predicate is_shown) {
+  std::string printable;
+  while (!text.empty()) {
+    const std::size_t length = Utf8SequenceLength(text);
+    const std::string_view character = text.substr(0, length == 0 ? 1 : length);
+    if (length > 0 && is_shown(Decode(character))) {
+      printable += character;
+    } else {
+      AppendEscaped(printable, character);
+    }
+    text.remove_prefix(character.size());
+  }
+  return printable;
 }
 
 }  // namespace
-
-CharacterSet CharacterSetNamed(std::string_view defined_term) {
-  const std::string_view term = WithoutPadding(defined_term);
-  if (term.empty() || term == "ISO_IR 6") return CharacterSet::kDefault;
-  if (term == "ISO_IR 100") return CharacterSet::kLatin1;
-  if (term == "ISO_IR 192") return CharacterSet::kUtf8;
-  return CharacterSet::kOther;
-}
 
 std::size_t Utf8SequenceLength(std::string_view text) {
   if (text.empty()) return 0;
@@ -95,36 +98,21 @@ std::size_t Utf8SequenceLength(std::string_view text) {
   return IsIllFormed(Decode(text.substr(0, length)), length) ? 0 : length;
 }
 
-std::string Printable(std::string_view bytes, CharacterSet set) {
-  std::string text;
-  while (!bytes.empty()) {
-    const std::size_t length = CharacterLength(bytes, set);
-    const std::string_view character = bytes.substr(0, length == 0 ? 1 : length);
-    if (length == 0 || IsControl(Decode(character))) {
-      AppendEscaped(text, character);
-    } else {
-      text += character;
-    }
-    bytes.remove_prefix(character.size());
+bool IsUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t length = Utf8SequenceLength(text);
+    if (length == 0) return false;
+    text.remove_prefix(length);
   }
-  return text;
+  return true;
 }
 
-std::optional<std::string> ToUtf8(std::string_view bytes, CharacterSet set) {
-  std::string text;
-  while (!bytes.empty()) {
-    std::size_t length = CharacterLength(bytes, set);
-    if (length > 0) {
-      text += bytes.substr(0, length);
-    } else if (set == CharacterSet::kLatin1) {
-      AppendUtf8(text, ByteAt(bytes, 0));
-      length = 1;
-    } else {
-      return std::nullopt;
-    }
-    bytes.remove_prefix(length);
-  }
-  return text;
+std::string PrintableUtf8(std::string_view text) {
+  return Printable(text, [](char32_t character) { return !IsControl(character); });
+}
+
+std::string PrintableAscii(std::string_view bytes) {
+  return Printable(bytes, [](char32_t character) { return character < 0x80U && !IsControl(character); });
 }
 
 std::string ToUtf8(std::u16string_view text) {

@@ -40,9 +40,7 @@ void ThrowUnlessZero(std::string_view name, std::int32_t returned) {
 }
 
 /// Messages can hold bytes of the input.
-std::string MessageText(const ListResult& result) {
-  return Printable(ToUtf8(result.message), CharacterSet::kUtf8);
-}
+std::string MessageText(const ListResult& result) { return PrintableUtf8(ToUtf8(result.message)); }
 
 }  // namespace
 

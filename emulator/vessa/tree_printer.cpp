@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "emulator/vessa/printable_text.h"
 #include "emulator/vessa/tag_text.h"
 #include "emulator/vessa/value_preview.h"
 
@@ -77,7 +78,7 @@ void TreePrinter::EndItem(std::uint32_t tag, std::uint32_t) {
 TreePrinter::Line TreePrinter::ElementLine(std::uint32_t tag, std::string_view vr,
                                            std::uint32_t length) const {
   const std::string keyword = layout_.keyword(tag);
-  const std::string safe_vr = Printable(vr, CharacterSet::kDefault);
+  const std::string safe_vr = PrintableAscii(vr);
   const std::string tag_text = DisplayTag(tag);
   const Style& style = layout_.style;
   return {fmt::format("{} {:<2} {}", style.Tag(tag_text), style.Vr(safe_vr), style.Keyword(keyword)),

@@ -15,8 +15,7 @@ namespace {
 constexpr std::size_t kDeepestNesting = 64;
 
 [[noreturn]] void ThrowUnreadable(std::string_view word, const char* expected) {
-  throw ToolError(kWrongUsage,
-                  fmt::format("argument '{}': expected {}", Printable(word, CharacterSet::kUtf8), expected));
+  throw ToolError(kWrongUsage, fmt::format("argument '{}': expected {}", PrintableUtf8(word), expected));
 }
 
 /// The whole text as a number; nothing for any other text.
@@ -143,9 +142,9 @@ std::string TypedText(const ListValue& item) {
     case ListType::kAbsent:
       return "absent";
     case ListType::kString:
-      return "string   " + Quoted(Printable(item.data, CharacterSet::kDefault));
+      return "string   " + Quoted(PrintableAscii(item.data));
     case ListType::kWideString:
-      return "wide     " + Quoted(Printable(ToUtf8(AsWideText(item.value)), CharacterSet::kUtf8));
+      return "wide     " + Quoted(PrintableUtf8(ToUtf8(AsWideText(item.value))));
     case ListType::kNonNegativeInteger:
     case ListType::kNegativeInteger:
       return "integer  " + fmt::format("{}", AsInteger(item.value));

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "emulator/vessa/numbers.h"
+#include "emulator/vessa/printable_text.h"
 #include "emulator/vessa/tag_text.h"
 #include "emulator/vessa/value_representation.h"
 
@@ -28,6 +29,14 @@ std::string UnitsText(std::string_view bytes, const ValueRepresentation& vr, boo
   return is_whole ? text : text + "\\...";
 }
 
+std::string CharactersText(std::string_view bytes, const ValueRepresentation& vr,
+                           const CharacterSets& characters) {
+  const bool is_person_name = vr.kind == ValueKind::kPersonName;
+  if (!is_person_name && vr.kind != ValueKind::kLocalText) return PrintableAscii(bytes);
+  const std::optional<std::string> text = characters.Decode(bytes, is_person_name);
+  return text ? PrintableUtf8(*text) : PrintableAscii(bytes);
+}
+
 std::string BytesText(std::string_view bytes, bool is_whole) {
   const std::string text = HexText(bytes.substr(0, kShownHexBytes));
   return bytes.size() > kShownHexBytes || !is_whole ? text + "..." : text;
@@ -51,11 +60,9 @@ std::string PreviewOf(const Preview& preview, std::string_view start, bool is_wh
   switch (vr.kind) {
     case ValueKind::kText:
     case ValueKind::kNumberText:
-      return CutToColumns(Printable(is_whole ? WithoutPadding(start) : start, CharacterSet::kDefault),
-                          preview.columns);
     case ValueKind::kLocalText:
     case ValueKind::kPersonName:
-      return CutToColumns(Printable(is_whole ? WithoutPadding(start) : start, preview.character_set),
+      return CutToColumns(CharactersText(is_whole ? WithoutPadding(start) : start, vr, preview.characters),
                           preview.columns);
     case ValueKind::kUnsigned:
     case ValueKind::kSigned:

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "emulator/vessa/printable_text.h"
+#include "emulator/vessa/character_sets.h"
 
 namespace emulator::tool {
 
@@ -14,7 +14,7 @@ inline constexpr std::size_t kPreviewBytes = 4096;
 /// What a value looks like in a line of a dump.
 struct Preview {
   std::string_view vr;
-  CharacterSet character_set;
+  const CharacterSets& characters;
   std::size_t columns;  ///< the preview has at most so many characters; 0 for no limit
 };
 
