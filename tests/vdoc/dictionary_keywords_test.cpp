@@ -14,7 +14,7 @@
 namespace {
 
 struct Row {
-  std::uint32_t tag;
+  std::uint32_t tag = 0;
   std::string keyword;
   std::string vr;
 };
@@ -43,7 +43,7 @@ const std::set<std::uint32_t> kRefused = {0x20100060, 0x00741324, 0x00741338, 0x
 
 std::string Format(const char* format, unsigned first, unsigned second) {
   char text[sizeof "(gggg,eeee)"];
-  std::snprintf(text, sizeof text, format, first, second);
+  static_cast<void>(std::snprintf(text, sizeof text, format, first, second));
   return text;
 }
 

@@ -35,14 +35,14 @@ std::string LongValue(std::size_t bytes) {
 
 class QueryResultStream : public testing::Test {
  protected:
-  QueryResultStream() { vessa::SetHostServices(emulator::Host::Table()); }
-  ~QueryResultStream() override { vessa::SetHostServices(nullptr); }
+  void SetUp() override { vessa::SetHostServices(emulator::Host::Table()); }
+  void TearDown() override { vessa::SetHostServices(nullptr); }
 
   Answer Ask(const Item& data_set, const std::vector<std::uint32_t>& entries, bool sequence_answer = false) {
     const PropertyListView list(entries);
     CVDocQuery query(list.View(), sequence_answer, std::make_unique<vessa::CVessaBinaryOutputStream>(oref_));
     ended_ = Play(data_set, query);
-    const Answer answer = AnswerIn(query.Results());
+    Answer answer = AnswerIn(query.Results());
     EXPECT_EQ(AnswerIn(query.Results()), answer) << "asked again";
     EXPECT_EQ(host_.StackDepth(), 0U);
     return answer;

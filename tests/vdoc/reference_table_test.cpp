@@ -256,7 +256,7 @@ const Refused kRefusedSubscripts[] = {
     {"BeamSequence[\"^]", "Expected character '\"'"},
     {"BeamSequence[\"^1\"]", "Expected character '\"'"},
     {"BeamSequence[\"\"^", "Expected character ']'"},
-    {"BeamSequence[\"\"^\"]", "Expected character ']'"},
+    {R"(BeamSequence[""^"])", "Expected character ']'"},
     {"BeamSequence[1^", "Expected character ']'"},
     {"BeamSequence[1^\"\"]", "Expected character ']'"},
     {"BeamSequence[]^ ", "Unrecognized text follows valid property subscript reference"},

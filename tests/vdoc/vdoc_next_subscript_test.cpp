@@ -11,7 +11,6 @@
 namespace {
 
 using vessa::CVDocNextSubscript;
-using vessa::Tag;
 
 constexpr std::uint32_t kS = 0x300A00B0;  // BeamSequence
 constexpr std::uint32_t kT = 0x300A0111;  // ControlPointSequence
