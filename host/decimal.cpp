@@ -1,6 +1,7 @@
 #include "host/decimal.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 namespace vessa {
@@ -36,7 +37,7 @@ std::int64_t DivideByPowerOfTen(std::int64_t value, int exponent) {
 
 std::string MagnitudeText(std::int64_t value) {
   if (value == kLeast) return std::string(kLeastText);
-  return std::to_string(value < 0 ? -value : value);
+  return std::to_string(std::abs(value));
 }
 
 /// Takes zeros off the end of the digits, `most` of them at most, and says how many.

@@ -22,7 +22,7 @@ Decimal Normalize(std::int64_t mantissa, std::int64_t exponent) {
     if (mantissa > kMost || mantissa < -kMost) throw std::out_of_range(kExponentTooLarge);
     mantissa *= 10;
   }
-  for (; exponent < kLeastExponent && mantissa != 0; ++exponent) mantissa /= 10;
+  for (; exponent < kLeastExponent; ++exponent) mantissa /= 10;
   return {mantissa, static_cast<int>(exponent)};
 }
 

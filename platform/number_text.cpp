@@ -13,7 +13,7 @@ constexpr int kSignificantDigits = 60;
 constexpr int kLeastFixedExponent = -1;
 constexpr int kGreatestFixedExponent = kSignificantDigits - 1;
 
-/// A finite double as d.ddd times a power of ten; trailing zeros are not among the digits.
+/// A finite double as d.ddd times a power of ten; trailing zeros are not among the digits, so that zero has none.
 struct ScientificDigits {
   std::string digits;
   int exponent;
@@ -66,7 +66,6 @@ const char* NanText(double value) {
 std::string MagnitudeText(double value) {
   if (std::isnan(value)) return NanText(value);
   if (std::isinf(value)) return "inf";
-  if (value == 0.0) return "0.";
   const ScientificDigits digits = SplitIntoDigits(std::abs(value));
   const bool fixed = digits.exponent >= kLeastFixedExponent && digits.exponent <= kGreatestFixedExponent;
   return fixed ? FixedText(digits) : ExponentialText(digits);

@@ -18,6 +18,7 @@ struct DoubleCase {
 
 // Exact digits, from Python's decimal module with 60 digits of precision.
 constexpr DoubleCase kDoubleCases[] = {
+    {1.0, "1."},
     {3.0, "3."},
     {0.0, "0."},
     {-0.0, "-0."},
