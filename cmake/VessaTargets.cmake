@@ -94,6 +94,10 @@ function(vessa_test name)
   target_link_libraries(${name}_test PRIVATE vessa_options ${ARG_LINK} GTest::gmock GTest::gtest_main)
   target_compile_definitions(${name}_test PRIVATE
     VESSA_LIBRARY_PATH="$<TARGET_FILE:VessaDCM>" VESSA_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # g++ 12 finds writes out of bounds inside std::vector's own insert, where tests build bytes out of constants.
+    target_compile_options(${name}_test PRIVATE -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
+  endif()
   add_dependencies(${name}_test VessaDCM)
   add_test(NAME ${name} COMMAND ${name}_test)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600)
