@@ -147,6 +147,15 @@ TEST(VDocQuery, EmptySequenceIsReportedOnlyWhenSequencesAnswer) {
   EXPECT_EQ(Ask(Plan(), {kPatientName}, SequenceAnswer::kYes), Found("PN", "Doe^John"));
 }
 
+TEST(VDocQuery, SequenceAnswersAsSqWhateverItsElementSaid) {
+  const PropertyListView list(std::vector<std::uint32_t>{kBeamSequence});
+  CVDocQuery query(list.View(), true);
+  query.Reset();
+  query.StartElement(Tag{kBeamSequence}, vessa::kVrUN, vessa::kUndefinedLength);
+  EXPECT_THROW(query.StartSequence(Tag{kBeamSequence}), vessa::CSuccessException);
+  EXPECT_EQ(AnswerIn(query.Results()), Found("SQ", ""));
+}
+
 TEST(VDocQuery, AnswersTheFirstOfTwoElementsOfOneTag) {
   const Item twice = {Text(kPatientName, "PN", "first "), Text(kPatientName, "PN", "second")};
   EXPECT_EQ(Ask(twice, {kPatientName}), Found("PN", "first "));
@@ -203,7 +212,10 @@ TEST(VDocQuery, LongValueElsewhereIsNoFailure) {
 }
 
 TEST(VDocQuery, FirstFragmentAnswersForEncapsulatedPixelData) {
-  EXPECT_EQ(Ask({PixelFragments({"", "one ", "two "})}, {kPixelData}), Found("OB", ""));
+  Ended ended{};
+  EXPECT_EQ(Ask({PixelFragments({"", "one ", "two "})}, {kPixelData}, SequenceAnswer::kNo, &ended),
+            Found("OB", ""));
+  EXPECT_EQ(ended, Ended::kBySuccess);
   EXPECT_EQ(Ask({PixelFragments({"offsets.", "one "})}, {kPixelData}), Found("OB", "offsets."));
 }
 
