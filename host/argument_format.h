@@ -32,7 +32,7 @@ struct ArgumentFormat {
     return static_cast<int>(kLetters) - static_cast<int>(std::count(letters, letters + kLetters, '*'));
   }
 
-  char letters[kSize];
+  char letters[kSize]{};
 };
 
 }  // namespace vessa

@@ -1,15 +1,6 @@
 #include "host/callin.h"
 
-#include "host/refusing_services.h"
-
 namespace vessa {
-
-namespace detail {
-
-constinit const HostServices* host_services = &kRefusingServices;
-
-}  // namespace detail
-
 namespace {
 
 /// What the host handed out, once it is known to be a text.
@@ -20,12 +11,6 @@ std::span<const Unit> HandedOut(int length, const Unit* units) {
 }
 
 }  // namespace
-
-void SetHostServices(const HostServices* services) {
-  detail::host_services = services != nullptr ? services : &kRefusingServices;
-}
-
-void RaiseStatus(Status status) { throw status; }
 
 std::int32_t ConvertResultToInteger() {
   std::int32_t value = 0;

@@ -6,8 +6,9 @@
 namespace vessa {
 namespace {
 
-constexpr int kLeastExponent = std::numeric_limits<std::int8_t>::min();
-constexpr int kGreatestExponent = std::numeric_limits<std::int8_t>::max();
+// The host's exponents have 8 bits.
+constexpr int kLeastExponent = -128;
+constexpr int kGreatestExponent = 127;
 /// A mantissa has 19 digits at most: below this even the greatest one is nothing.
 constexpr int kVanishingExponent = kLeastExponent - 19;
 /// Written exponents from here on are out of reach whatever the mantissa.

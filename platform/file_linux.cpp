@@ -18,7 +18,7 @@ std::FILE* OpenForReading(const std::string& name) {
   std::FILE* file = std::fopen(name.c_str(), "rb");
   // The open itself succeeds on a directory here; only reading it fails.
   if (file == nullptr || !IsDirectory(file)) return file;
-  std::fclose(file);
+  static_cast<void>(std::fclose(file));
   return nullptr;
 }
 

@@ -220,6 +220,14 @@ TEST(ListRoom, RefusesRoomThatNoMachineHas) {
   EXPECT_EQ(BytesOf(list), (Bytes{3, 4, 7}));
 }
 
+TEST(ListRoom, RefusesDataThatNoHeaderCanCount) {
+  const std::uint8_t byte = 0;
+  VessaList list;
+  // Refused for its length alone: nothing of it is read.
+  EXPECT_THROW(list.AppendString(std::span<const std::uint8_t>(&byte, 0xFFFFFFFF)), std::bad_alloc);
+  EXPECT_EQ(list.Capacity(), 0U);
+}
+
 TEST(ListRoom, GrowsInTheStepsThatSmallListsNeed) {
   struct Step {
     std::uint64_t asked;

@@ -11,6 +11,8 @@
 namespace vessa {
 namespace {
 
+using namespace std::string_view_literals;
+
 struct DoubleCase {
   double value;
   const char* text;
@@ -135,9 +137,15 @@ TEST(ParseInteger, ReadsAnOptionalSignAndTheDigitsThatFollow) {
 }
 
 TEST(ParseInteger, StopsAtAZeroByte) {
-  using namespace std::string_view_literals;
   EXPECT_EQ(ParseInteger32("12\0003"sv), 12);
   EXPECT_EQ(ParseInteger64("\00012"sv), 0);
+}
+
+TEST(ParseInteger, StopsWhereTheTextEnds) {
+  EXPECT_EQ(ParseInteger32("123456"sv.substr(0, 3)), 123);
+  EXPECT_EQ(ParseInteger64("-123456"sv.substr(0, 4)), -123);
+  EXPECT_EQ(ParseInteger32("-5"sv.substr(0, 1)), 0);
+  EXPECT_EQ(ParseInteger32("  5"sv.substr(0, 2)), 0);
 }
 
 TEST(ParseInteger32, SaturatesAt32Bits) {

@@ -1,6 +1,4 @@
-#include "host/refusing_services.h"
-
-#include "host/callin.h"
+#include "host/services.h"
 
 namespace vessa {
 namespace {
@@ -12,7 +10,7 @@ int Refuse(Arguments... /*ignored*/) {
 
 void* RefuseArea(LongStringDescriptor* /*descriptor*/, int /*length*/) { return nullptr; }
 
-constexpr HostServices MakeRefusingServices() {
+constexpr HostServices MakeRefusingServices() noexcept {
   HostServices table{};
   table.convert_result = Refuse;
   table.push_integer = Refuse;
@@ -43,8 +41,20 @@ constexpr HostServices MakeRefusingServices() {
   return table;
 }
 
+constexpr HostServices kRefusingServices = MakeRefusingServices();
+
 }  // namespace
 
-constinit const HostServices kRefusingServices = MakeRefusingServices();
+namespace detail {
+
+constinit const HostServices* host_services = &kRefusingServices;
+
+}  // namespace detail
+
+void SetHostServices(const HostServices* services) {
+  detail::host_services = services != nullptr ? services : &kRefusingServices;
+}
+
+void RaiseStatus(Status status) { throw status; }
 
 }  // namespace vessa
