@@ -94,6 +94,11 @@ void Globals::Visit(std::string_view name, const std::vector<Value>& subscripts,
   }
 }
 
+void Globals::SetKey(std::string_view key, std::string_view bytes) {
+  std::string kept(1, kBytes);
+  Put(key, kept += bytes);
+}
+
 std::optional<Value> Globals::GetKey(std::string_view key) const {
   const auto entry = Find(key);
   if (!entry) return std::nullopt;

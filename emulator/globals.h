@@ -57,6 +57,8 @@ class Globals {
   void Visit(std::string_view name, const std::vector<Value>& subscripts,
              const std::function<bool(const GlobalNode&, const Value&)>& visit) const;
 
+  /// `bytes` as an 8-bit text.
+  void SetKey(std::string_view key, std::string_view bytes);
   std::optional<Value> GetKey(std::string_view key) const;
   int DefinedKey(std::string_view key) const;
   /// `level` is the key of the node above, `subscript` the key bytes of the subscript.

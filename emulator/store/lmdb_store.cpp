@@ -1,0 +1,70 @@
+#include "emulator/store/lmdb_store.h"
+
+#include <vector>
+
+#include "emulator/store/lmdb_globals.h"
+
+namespace emulator {
+namespace {
+
+class LmdbTransaction : public StoreTransaction {
+ public:
+  LmdbTransaction(const std::shared_ptr<const LmdbEnvironment>& environment, LmdbPixelFiles files,
+                  Access access)
+      : files_(std::move(files)), nodes_(std::make_shared<LmdbGlobals>(environment, access)) {
+    if (access == Access::kWrite) files_.Recover(*nodes_);
+  }
+
+  ~LmdbTransaction() override {
+    for (const auto& file : created_) files_.Remove(file.name);
+  }
+
+  std::shared_ptr<Globals> Nodes() override { return nodes_; }
+
+  NewPixels CreatePixels() override {
+    created_.push_back(files_.Create(*nodes_));
+    return {created_.back().name, created_.back().stream};
+  }
+
+  std::shared_ptr<StreamObject> OpenPixels(const std::string& name) override {
+    for (const auto& file : created_) {
+      if (file.name == name) file.stream->Flush();
+    }
+    return files_.Open(name);
+  }
+
+  void DropPixels(const std::string& name) override {
+    LmdbPixelFiles::Drop(*nodes_, name);
+    dropped_.push_back(name);
+  }
+
+  void Commit() override {
+    for (const auto& file : created_) files_.Sync(file);
+    nodes_->Commit();
+    for (const auto& file : created_) files_.Settle(file.name);
+    for (const auto& name : dropped_) files_.Remove(name);
+    created_.clear();
+    dropped_.clear();
+  }
+
+ private:
+  LmdbPixelFiles files_;
+  std::shared_ptr<LmdbGlobals> nodes_;
+  std::vector<LmdbPixelFiles::NewFile> created_;
+  std::vector<std::string> dropped_;
+};
+
+}  // namespace
+
+LmdbStore::LmdbStore(const std::string& folder)
+    : environment_(std::make_shared<const LmdbEnvironment>(folder)), files_(folder) {}
+
+std::unique_ptr<StoreTransaction> LmdbStore::Begin(Access access) {
+  return std::make_unique<LmdbTransaction>(environment_, files_, access);
+}
+
+std::unique_ptr<DataStore> OpenDataStore(const std::string& folder) {
+  return std::make_unique<LmdbStore>(folder);
+}
+
+}  // namespace emulator
