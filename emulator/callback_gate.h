@@ -38,7 +38,7 @@ class CallbackGate {
   static int Answer(Host& host, Operation operation, const Work& work) {
     host.machine_->Scribble();
     const int status = StatusOf(host, operation, work);
-    if (status != 0) host.machine_->stack().NoteFailure();
+    if (status != 0) host.machine_->Stack().NoteFailure();
     return status;
   }
 

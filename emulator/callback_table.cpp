@@ -264,7 +264,8 @@ int PopWideString(int* length, std::uint16_t** text) {
 // --- The table -----------------------------------------------------------------------------------------------
 
 void NotOffered() {
-  std::fputs("The library called a position of the callback table that the host does not offer.\n", stderr);
+  static_cast<void>(std::fputs(
+      "The library called a position of the callback table that the host does not offer.\n", stderr));
   std::abort();
 }
 

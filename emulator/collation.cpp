@@ -138,9 +138,10 @@ void AppendSubscript(std::string_view text, std::string& key) {
 
 void AppendSubscript(const Value& subscript, std::string& key) {
   if (const auto* text = std::get_if<std::string>(&subscript)) {
-    AppendSubscript(std::string_view(*text), key);
+    AppendSubscript(std::string_view{*text}, key);
   } else {
-    AppendSubscript(std::string_view(AsBytes(subscript)), key);
+    const std::string number = AsBytes(subscript);
+    AppendSubscript(std::string_view{number}, key);
   }
 }
 

@@ -44,13 +44,13 @@ std::shared_ptr<Object> Host::Share(std::uint32_t oref) const {
   return oref == 0 || oref > objects_.size() ? nullptr : objects_[oref - 1];
 }
 
-std::size_t Host::StackDepth() const { return machine_->stack().Depth(); }
+std::size_t Host::StackDepth() const { return machine_->Stack().Depth(); }
 
-std::size_t Host::OpenLongStrings() const { return machine_->long_strings().Open(); }
+std::size_t Host::OpenLongStrings() const { return machine_->Areas().Open(); }
 
 void Host::ResetStack() {
-  machine_->stack().Clear();
-  machine_->long_strings().Clear();
+  machine_->Stack().Clear();
+  machine_->Areas().Clear();
 }
 
 void Host::ScribbleHandedOutBytes(bool on) { machine_->SetScribbling(on); }

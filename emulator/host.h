@@ -47,7 +47,7 @@ class Host {
   Object* Find(std::uint32_t oref) const;
   std::shared_ptr<Object> Share(std::uint32_t oref) const;
 
-  Globals& globals() { return *globals_; }
+  Globals& globals() { return *globals_; }  // NOLINT(readability-identifier-naming)  Globals names the type
 
   // --- What the library leaves behind ---
 
@@ -60,7 +60,7 @@ class Host {
 
   // --- Misbehaviour ---
 
-  FaultPlan& faults() { return faults_; }
+  FaultPlan& faults() { return faults_; }  // NOLINT(readability-identifier-naming)  goes with globals
 
   /// On at first: text handed out by PopString and PopWideString is overwritten at the next callback, and its
   /// memory is another's, so that a library that keeps it reads what it must not.

@@ -33,6 +33,8 @@ class Library {
   ///                             the file and the system's reason
   static Library Load(const std::string& path);
 
+  Library(const Library&) = delete;
+  Library& operator=(const Library&) = delete;
   Library(Library&&) noexcept;
   Library& operator=(Library&&) noexcept;
   ~Library();

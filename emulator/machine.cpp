@@ -184,7 +184,8 @@ void Machine::Scribble() {
 
 std::string_view Machine::MethodBegun() const {
   const Value* name = stack_.MethodBegun();
-  return name == nullptr ? std::string_view() : std::string_view(std::get<std::string>(*name));
+  if (name == nullptr) return {};
+  return std::get<std::string>(*name);
 }
 
 }  // namespace emulator

@@ -53,10 +53,10 @@ class Machine {
   std::vector<std::uint16_t>& PopUnits();
 
   // --- Housekeeping ---
-  ValueStack& stack() { return stack_; }
-  const ValueStack& stack() const { return stack_; }
-  LongStrings& long_strings() { return long_strings_; }
-  const LongStrings& long_strings() const { return long_strings_; }
+  ValueStack& Stack() { return stack_; }
+  const ValueStack& Stack() const { return stack_; }
+  LongStrings& Areas() { return long_strings_; }
+  const LongStrings& Areas() const { return long_strings_; }
   /// What the last pop handed out is no longer the library's to read.
   void Scribble();
   void SetScribbling(bool on) { scribbling_ = on; }

@@ -3,7 +3,8 @@
 namespace emulator {
 
 std::string_view MemoryStream::BytesAt(std::int64_t offset, std::int64_t count) {
-  return std::string_view(bytes_).substr(static_cast<std::size_t>(offset), static_cast<std::size_t>(count));
+  const std::string_view bytes = bytes_;
+  return bytes.substr(static_cast<std::size_t>(offset), static_cast<std::size_t>(count));
 }
 
 }  // namespace emulator

@@ -97,6 +97,8 @@ class FileStream : public StreamObject {
   /// @throws std::system_error  the file cannot be opened, or made anew in kCreate; a folder is no file
   FileStream(const std::string& path, Mode mode);
   ~FileStream() override;
+  FileStream(const FileStream&) = delete;
+  FileStream& operator=(const FileStream&) = delete;
 
   std::int64_t ByteCount() const override { return byte_count_; }
   /// Writes what the system has not taken yet.
