@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "decompose/content_handler_interface.h"
-#include "host/argument.h"
+#include "host/argument_format.h"
 
 namespace vessa {
 

@@ -12,6 +12,40 @@ namespace vessa {
 namespace {
 
 constexpr std::uint32_t kNoClient = 0;
+constexpr std::size_t kReservedBytes = 2;
+
+/// The next bytes of a stream: out of those at hand, where they reach, for headers are short and many.
+template <std::size_t kCount>
+std::array<std::uint8_t, kCount> ReadBytes(CVessaInputStream& stream) {
+  std::array<std::uint8_t, kCount> bytes;
+  if (stream.CanTake(kCount)) [[likely]] {
+    std::copy_n(stream.AtHand().data(), kCount, bytes.data());
+    stream.Take(kCount);
+  } else {
+    RaiseIfNegative(stream.Read(bytes));
+  }
+  return bytes;
+}
+
+void SkipBytes(CVessaInputStream& stream, std::size_t count) {
+  if (stream.CanTake(count)) [[likely]] {
+    stream.Take(count);
+  } else {
+    RaiseIfNegative(stream.Skip(static_cast<std::int64_t>(count)));
+  }
+}
+
+/// The 4 bytes of the next tag, without moving.
+/// @return  false at the end of the stream
+bool PeekTagBytes(CVessaInputStream& stream, std::array<std::uint8_t, 4>& bytes) {
+  if (stream.CanTake(bytes.size())) [[likely]] {
+    std::copy_n(stream.AtHand().data(), bytes.size(), bytes.data());
+    return true;
+  }
+  bool at_end = false;
+  RaiseIfNegative(stream.Peek(bytes, at_end));
+  return !at_end;
+}
 
 bool AllowsUndefinedLength(Vr vr) {
   return vr == kVrSQ || vr == kVrUN || vr == kVrOB || vr == kVrOW || vr == kVrNA;
@@ -93,13 +127,11 @@ StreamDecomposer::Progress StreamDecomposer::DecomposeElementsUpTo(std::int64_t 
 //   value    length bytes, or items up to a delimitation
 StreamDecomposer::Progress StreamDecomposer::DecomposeElement(ElementLoop mode) {
   std::array<std::uint8_t, 4> tag_bytes;
-  bool at_end = false;
-  RaiseIfNegative(stream_.Peek(tag_bytes, at_end));
-  if (at_end) return Progress::kAtEnd;
+  if (!PeekTagBytes(stream_, tag_bytes)) return Progress::kAtEnd;
   const Tag tag = ReadTag(byte_order_, tag_bytes);
   if (client_oref_ != kNoClient && ShouldStopDecomposition(client_oref_, tag)) return Progress::kDone;
 
-  RaiseIfNegative(stream_.Skip(tag_bytes.size()));
+  SkipBytes(stream_, tag_bytes.size());
   const auto [vr, length] = ReadVRAndLength(tag);
   if (tag == kItem) throw CDecomposeException("Expected [Item Delimitation] or element, got [Item]");
   if (tag == kItemDelimitation) {
@@ -129,15 +161,17 @@ StreamDecomposer::Progress StreamDecomposer::DecomposeElement(ElementLoop mode) 
 StreamDecomposer::VRAndLength StreamDecomposer::ReadVRAndLength(Tag tag) {
   VRAndLength header;
   if (has_explicit_vrs_) {
-    std::array<std::uint8_t, 2> vr;
-    RaiseIfNegative(stream_.Read(vr));
+    const std::array<std::uint8_t, 2> vr = ReadBytes<2>(stream_);
     header.vr = Vr(static_cast<char>(vr[0]), static_cast<char>(vr[1]));
-    const bool has_long_length = HasLongLength(header.vr);
-    if (has_long_length) RaiseIfNegative(stream_.Skip(2));
-    header.length = ReadLength(has_long_length ? 4 : 2);
+    if (HasLongLength(header.vr)) {
+      SkipBytes(stream_, kReservedBytes);
+      header.length = ReadLength<4>();
+    } else {
+      header.length = ReadLength<2>();
+    }
   } else {
     header.vr = LookupVr(tag).value_or(kVrUN);
-    header.length = ReadLength(4);
+    header.length = ReadLength<4>();
   }
   RequireSoundLength(header.vr, header.length);
   return header;
@@ -206,6 +240,13 @@ void StreamDecomposer::DeliverData(Tag tag, std::uint32_t length) {
     RaiseIfNegative(handler_.Data(tag, 1, {}));
     return;
   }
+  if (length <= kValueChunkBytes && stream_.CanTake(length))
+      [[likely]] {  // a short value is handed on where it lies
+    const std::span<const std::uint8_t> value = stream_.AtHand().first(length);
+    stream_.Take(length);
+    RaiseIfNegative(handler_.Data(tag, 1, value));
+    return;
+  }
   if (!handler_.WantsValue(tag) && stream_.PassOver(length)) return;
   std::uint32_t chunk_number = 1;
   for (std::size_t remaining = length; remaining > 0; ++chunk_number) {
@@ -261,15 +302,13 @@ std::uint32_t StreamDecomposer::DeliverFragments(Tag tag) {
 }
 
 StreamDecomposer::TagAndLength StreamDecomposer::ReadTagAndLength() {
-  std::array<std::uint8_t, 4> tag;
-  RaiseIfNegative(stream_.Read(tag));
-  return {ReadTag(byte_order_, tag), ReadLength(4)};
+  const Tag tag = ReadTag(byte_order_, ReadBytes<4>(stream_));
+  return {tag, ReadLength<4>()};
 }
 
-std::uint32_t StreamDecomposer::ReadLength(std::size_t size) {
-  std::array<std::uint8_t, 4> bytes;
-  RaiseIfNegative(stream_.Read(std::span(bytes).first(size)));
-  return ReadUnsigned(byte_order_, size, bytes.data());
+template <std::size_t kSize>
+std::uint32_t StreamDecomposer::ReadLength() {
+  return ReadUnsigned(byte_order_, kSize, ReadBytes<kSize>(stream_).data());
 }
 
 }  // namespace vessa

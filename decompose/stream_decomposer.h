@@ -74,7 +74,8 @@ class StreamDecomposer {
   std::uint32_t DeliverFragments(Tag tag);
 
   TagAndLength ReadTagAndLength();
-  std::uint32_t ReadLength(std::size_t size);
+  template <std::size_t kSize>
+  std::uint32_t ReadLength();
 
   CVessaInputStream& stream_;
   CContentHandlerInterface& handler_;

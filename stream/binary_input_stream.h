@@ -33,22 +33,21 @@ class CVessaBinaryInputStream final : public CVessaBinaryOrefInputStream {
   /// @return  E_INVALIDARG for a negative count
   /// @throws Status  E_FAIL: the stream ended before that
   Status Skip(std::int64_t count) override;
-  std::int64_t GetPosition() override { return position_; }
+  std::int64_t GetPosition() override { return look_ahead_position_ + (next_ - look_ahead_.get()); }
   Status Open() override;
 
  private:
-  std::size_t Available() const { return filled_ - index_; }
+  std::size_t Available() const { return static_cast<std::size_t>(behind_ - next_); }
   Status Transfer(std::uint64_t count, std::uint8_t* destination);
   Status Fill();
   void SkipHandedOut();
   void FetchLookAhead();
 
-  bool at_end_ = false;        // the host had no more bytes
-  std::int64_t position_ = 0;  // 1-based, of the next byte
-  std::unique_ptr<std::uint8_t[]> buffer_;
+  bool at_end_ = false;  // the host had no more bytes
+  std::int64_t look_ahead_position_ =
+      0;  // 1-based, of the look-ahead's first byte: where the host's stream stands
+  std::unique_ptr<std::uint8_t[]> look_ahead_;  // what is filled of it and not handed out yet is at hand
   std::size_t look_ahead_bytes_;
-  std::size_t filled_ = 0;
-  std::size_t index_ = 0;  // of the next byte, in the buffer
 };
 
 }  // namespace vessa

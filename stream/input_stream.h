@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -32,8 +33,23 @@ class CVessaInputStream {
   /// @return  true when the position was moved
   virtual bool PassOver([[maybe_unused]] std::uint64_t count) { return false; }
 
+  /// Bytes from the position on that lie in memory. There may be none although the stream goes on.
+  std::span<const std::uint8_t> AtHand() const { return {next_, behind_}; }
+
+  /// True when so many bytes can be taken from those at hand. The last of them cannot: with it a stream looks for
+  /// more, and that is Read's and Skip's to do.
+  bool CanTake(std::size_t count) const { return count < static_cast<std::size_t>(behind_ - next_); }
+
+  /// Moves past bytes at hand, which stay where they are until the next operation.
+  void Take(std::size_t count) { next_ += count; }
+
  protected:
   CVessaInputStream() = default;
+
+  // What is at hand, and where it ends; the same address while nothing is.
+  const std::uint8_t* next_ = nullptr;
+  const std::uint8_t* behind_ = nullptr;
+
   CVessaInputStream(const CVessaInputStream&) = default;
   CVessaInputStream& operator=(const CVessaInputStream&) = default;
 };
