@@ -8,8 +8,8 @@
 
 namespace vessa {
 
-// Values that the host hands out as 16-bit text stand for bytes, a character a byte. A character above 255 is no byte
-// and goes through the system's code page.
+// Values that the host hands out as 16-bit text stand for bytes, a character a byte. A character above 255
+// is no byte and goes through the system's code page.
 
 /// Number of bytes that the characters stand for.
 std::size_t ByteCount(std::u16string_view characters);

@@ -31,8 +31,8 @@ class CContentSource {
   virtual bool NextTagKey(std::string& key, ContentElement& element) = 0;
   /// Bytes of an element's value, all chunks together.
   virtual std::uint64_t GetDataLength(std::int32_t node) = 0;
-  /// The next chunk of an element's value; at the end it is empty. The bytes are the source's until its next operation,
-  /// and the caller may change them.
+  /// The next chunk of an element's value; at the end it is empty. The bytes are the source's until its next
+  /// operation, and the caller may change them.
   virtual bool GetNextDataChunk(std::int32_t node, std::string& key, std::span<std::uint8_t>& chunk) = 0;
   /// The next item of a sequence.
   virtual bool NextSequenceItemKey(std::int32_t node, std::string& item_key) = 0;

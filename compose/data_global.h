@@ -13,7 +13,8 @@ namespace vessa {
 /// What one step of a walk came upon.
 enum class Found { kEnd, kKeyAlone, kKeyAndValue };
 
-/// The nodes of the host's global ^KevDICOM.Data under one identifier. Every operation raises the host's Status.
+/// The nodes of the host's global ^KevDICOM.Data under one identifier. Every operation raises the host's
+/// Status.
 class DataGlobal {
  public:
   explicit DataGlobal(const std::string& identifier) : identifier_{identifier} {}
@@ -39,8 +40,8 @@ class DataGlobal {
     return HoldsValue(PopInteger());
   }
 
-  /// Moves `key` to the next subscript below `level`; at the end it is empty. The node's value, if there is one, is
-  /// handed to `keep` while its bytes are the host's.
+  /// Moves `key` to the next subscript below `level`; at the end it is empty. The node's value, if there is
+  /// one, is handed to `keep` while its bytes are the host's.
   template <class Keep, class... Level>
   Found Step(std::string& key, Keep keep, const Level&... level) const {
     PushGlobalReference(kName);
@@ -63,7 +64,7 @@ class DataGlobal {
 
  private:
   static constexpr std::string_view kName = "KevDICOM.Data";
-  static constexpr std::string_view kCurrentNamespace{};
+  static constexpr std::string_view kCurrentNamespace{"", 0};  // a text of no length, not a null pointer
   static constexpr int kForward = 1;
 
   static void PopKey(std::string& key) {

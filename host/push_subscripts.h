@@ -8,8 +8,8 @@
 
 namespace vessa {
 
-// What PushArguments does for "i" and "*a", without a format to be read at run time: composing walks globals, and
-// most of its time goes into pushing subscripts.
+// What PushArguments does for "i" and "*a", with the letters taken from the types: subscripts are integers
+// and texts, and a walk adds its key to those of its level.
 
 inline void PushSubscript(std::int32_t value) { RaiseCallin(Services().push_integer(value)); }
 

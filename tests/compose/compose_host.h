@@ -35,7 +35,7 @@ std::string FailureOf(Work work) {
   }
 }
 
-/// A host that keeps data sets in ^KevDICOM.Data and takes what is composed from them. The identifier is "ID".
+/// A host that keeps the data set "ID" in ^KevDICOM.Data and takes what is composed from it.
 class ComposeHost {
  public:
   static constexpr const char* kId = "ID";
