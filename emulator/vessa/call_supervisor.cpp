@@ -1,5 +1,7 @@
 #include "emulator/vessa/call_supervisor.h"
 
+#include <fmt/format.h>
+
 #include <chrono>
 
 #include "emulator/platform/supervised_process.h"
@@ -41,27 +43,37 @@ void WriteRemainingOutput(CallProgress& progress) {
   }
 }
 
+/// For a process that ended without having finished its command.
+int ReportCrash(CallProgress& progress, const ProcessEnd& end) {
+  const bool has_exited = end.kind == ProcessEnd::Kind::kExited;
+  const std::string reason =
+      has_exited ? fmt::format("the process ended with exit code {}", end.exit_code) : end.crash_reason;
+  WriteRemainingOutput(progress);
+  WriteError("vessa: " + CrashText(progress, reason));
+  return kLibraryCrashed;
+}
+
+int ReportTimeout(CallProgress& progress, double timeout_seconds) {
+  WriteRemainingOutput(progress);
+  WriteError("vessa: " + TimeoutText(progress, timeout_seconds));
+  return kCallTimedOut;
+}
+
 }  // namespace
 
 int Supervise(double timeout_seconds, const std::function<int(CallProgress&)>& work) {
   SupervisedProcess process(sizeof(CallProgress));
   CallProgress& progress = *static_cast<CallProgress*>(process.SharedBlock());
   Stopwatch stopwatch(progress, timeout_seconds);
-  const ProcessEnd end =
-      process.Run([&] { return work(progress); }, [&stopwatch] { return stopwatch.LimitIsPassed(); });
-  switch (end.kind) {
-    case ProcessEnd::Kind::kExited:
-      return end.exit_code;
-    case ProcessEnd::Kind::kStopped:
-      WriteRemainingOutput(progress);
-      WriteError("vessa: " + TimeoutText(progress, timeout_seconds));
-      return kCallTimedOut;
-    case ProcessEnd::Kind::kCrashed:
-      break;
-  }
-  WriteRemainingOutput(progress);
-  WriteError("vessa: " + CrashText(progress, end.crash_reason));
-  return kLibraryCrashed;
+  const auto finish_work = [&] {
+    const int exit_code = work(progress);
+    progress.is_finished = 1;
+    return exit_code;
+  };
+  const ProcessEnd end = process.Run(finish_work, [&stopwatch] { return stopwatch.LimitIsPassed(); });
+  if (end.kind == ProcessEnd::Kind::kStopped) return ReportTimeout(progress, timeout_seconds);
+  if (end.kind == ProcessEnd::Kind::kCrashed || progress.is_finished == 0) return ReportCrash(progress, end);
+  return end.exit_code;
 }
 
 }  // namespace emulator::tool

@@ -70,8 +70,11 @@ void CommandLine::DefineSettings() {
                   "Seconds that a call may go on without calling the host back; 0 for no limit")
       ->check(CLI::NonNegativeNumber)
       ->capture_default_str();
-  app_.add_flag("--color,!--no-color", settings_.colour,
-                "Colours [on a terminal, unless the environment variable NO_COLOR is set]");
+  app_.add_flag_callback(
+      "--color", [this] { settings_.colour = true; }, "Colours, also where no terminal is");
+  app_.add_flag_callback(
+      "--no-color", [this] { settings_.colour = false; },
+      "No colours, as if the environment variable NO_COLOR were set");
   app_.add_option(SupervisedProcess::kSupervisedFlag, supervised_)->group("");
 }
 
