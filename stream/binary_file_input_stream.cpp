@@ -7,11 +7,15 @@
 
 namespace vessa {
 
+CVessaBinaryFileInputStream::CVessaBinaryFileInputStream(std::string name) : name_{std::move(name)} {
+  EmptyWindow(0);
+}
+
 Status CVessaBinaryFileInputStream::Open() {
   file_.reset(OpenForReading(name_));
   if (!file_) return E_INVALIDARG;
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the window is the buffer
-  window_offset_ = TellFile(file_.get());
+  EmptyWindow(TellFile(file_.get()));
   return kSuccess;
 }
 
@@ -23,8 +27,7 @@ Status CVessaBinaryFileInputStream::Read(std::span<std::uint8_t> destination) {
     rest = rest.subspan(TakeFromWindow(rest));
   } else {
     const std::size_t got = std::fread(rest.data(), 1, rest.size(), file_.get());
-    window_offset_ = Offset() + static_cast<std::int64_t>(got);
-    filled_ = index_ = 0;
+    EmptyWindow(Offset() + static_cast<std::int64_t>(got));
     rest = rest.subspan(got);
   }
   return rest.empty() ? kSuccess : kReadFell;
@@ -37,7 +40,7 @@ Status CVessaBinaryFileInputStream::Peek(std::span<std::uint8_t> destination, bo
     if (const Status status = Fill(); status < 0) return status;
   }
   const std::size_t found = std::min(destination.size(), Available());
-  std::copy_n(window_.begin() + index_, found, destination.begin());
+  std::copy_n(next_, found, destination.begin());
   return PeekStatus(found, destination.size(), at_end);
 }
 
@@ -60,7 +63,7 @@ Status CVessaBinaryFileInputStream::PeekPastWindow(std::span<std::uint8_t> desti
 
 Status CVessaBinaryFileInputStream::Skip(std::int64_t count) {
   if (count >= 0 && static_cast<std::uint64_t>(count) <= Available()) {
-    index_ += static_cast<std::size_t>(count);
+    Take(static_cast<std::size_t>(count));
     return kSuccess;
   }
   constexpr std::int64_t kFurthest = std::numeric_limits<std::int64_t>::max();
@@ -79,7 +82,7 @@ std::uint32_t CVessaBinaryFileInputStream::GetOref() { throw E_NOTIMPL; }
 
 bool CVessaBinaryFileInputStream::PassOver(std::uint64_t count) {
   if (count <= Available()) {
-    index_ += static_cast<std::size_t>(count);
+    Take(static_cast<std::size_t>(count));
     return true;
   }
   const std::int64_t offset = Offset();
@@ -91,28 +94,33 @@ bool CVessaBinaryFileInputStream::PassOver(std::uint64_t count) {
 
 std::size_t CVessaBinaryFileInputStream::TakeFromWindow(std::span<std::uint8_t> destination) {
   const std::size_t take = std::min(destination.size(), Available());
-  std::copy_n(window_.begin() + index_, take, destination.begin());
-  index_ += take;
+  std::copy_n(next_, take, destination.begin());
+  Take(take);
   return take;
 }
 
-/// Keeps what is left in the window and fills it up from the file.
+/// Keeps what is at hand and adds to it what the window can take from the file.
 Status CVessaBinaryFileInputStream::Fill() {
   if (window_offset_ < 0) return E_INVALIDARG;
-  std::copy(window_.begin() + index_, window_.begin() + filled_, window_.begin());
-  window_offset_ = Offset();
-  filled_ = Available();
-  index_ = 0;
-  filled_ += std::fread(window_.data() + filled_, 1, kWindowBytes - filled_, file_.get());
+  std::size_t filled = Available();
+  const std::int64_t offset = Offset();
+  std::copy(next_, behind_, window_.data());
+  filled += std::fread(window_.data() + filled, 1, kWindowBytes - filled, file_.get());
+  EmptyWindow(offset);
+  behind_ += filled;
   return kSuccess;
 }
 
 /// Goes to an offset from the start of the file, with an empty window. On false nothing has changed.
 bool CVessaBinaryFileInputStream::MoveTo(std::int64_t offset) {
   if (!SeekFile(file_.get(), offset, SEEK_SET)) return false;
-  window_offset_ = offset;
-  filled_ = index_ = 0;
+  EmptyWindow(offset);
   return true;
+}
+
+void CVessaBinaryFileInputStream::EmptyWindow(std::int64_t offset) {
+  window_offset_ = offset;
+  next_ = behind_ = window_.data();
 }
 
 /// Leaves the file at its end: a MoveTo has to follow.

@@ -17,7 +17,9 @@ namespace vessa {
 class CVessaBinaryFileInputStream final : public CVessaInputStream {
  public:
   /// @param name  in the system's code page
-  explicit CVessaBinaryFileInputStream(std::string name) : name_{std::move(name)} {}
+  explicit CVessaBinaryFileInputStream(std::string name);
+  CVessaBinaryFileInputStream(const CVessaBinaryFileInputStream&) = delete;
+  CVessaBinaryFileInputStream& operator=(const CVessaBinaryFileInputStream&) = delete;
 
   /// @return  kReadFell: fewer bytes were left, or could be read
   Status Read(std::span<std::uint8_t> destination) override;
@@ -43,21 +45,20 @@ class CVessaBinaryFileInputStream final : public CVessaInputStream {
 
   static constexpr std::size_t kWindowBytes = 8192;
 
-  std::int64_t Offset() const { return window_offset_ + static_cast<std::int64_t>(index_); }
-  std::size_t Available() const { return filled_ - index_; }
+  std::int64_t Offset() const { return window_offset_ + (next_ - window_.data()); }
+  std::size_t Available() const { return AtHand().size(); }
   std::size_t TakeFromWindow(std::span<std::uint8_t> destination);
   Status Fill();
   Status PeekStatus(std::size_t found, std::size_t wanted, bool& at_end) const;
   Status PeekPastWindow(std::span<std::uint8_t> destination, bool& at_end);
   bool MoveTo(std::int64_t offset);
+  void EmptyWindow(std::int64_t offset);
   std::int64_t FindEnd();
 
   std::string name_;
-  std::unique_ptr<std::FILE, CloseFile> file_;  // its own position: just behind the window
-  std::int64_t window_offset_ = 0;              // of the window's first byte; -1 in what has no positions
-  std::size_t filled_ = 0;
-  std::size_t index_ = 0;  // of the next byte, in the window
-  std::array<std::uint8_t, kWindowBytes> window_;
+  std::unique_ptr<std::FILE, CloseFile> file_;     // its own position: behind what is at hand
+  std::int64_t window_offset_ = 0;                 // of the window's first byte; -1 in what has no positions
+  std::array<std::uint8_t, kWindowBytes> window_;  // what is filled of it and not handed out yet is at hand
 };
 
 }  // namespace vessa

@@ -18,8 +18,8 @@ using Lines = std::vector<std::string>;
 inline const dicom_bytes::DataSetBytes kExplicit(dicom_bytes::VrForm::kExplicit);
 inline const dicom_bytes::DataSetBytes kImplicit(dicom_bytes::VrForm::kImplicit);
 
-inline constexpr const char* kNoFailure = "no failure";
-inline constexpr const char* kNeverReturns = "never returns";
+inline const std::string kNoFailure = "no failure";
+inline const std::string kNeverReturns = "never returns";
 inline const std::string kEndedTooEarly = StatusText(vessa::E_FAIL);
 
 /// The lines of a text without empty ones; blanks in front of a line only show the nesting.
@@ -38,14 +38,29 @@ class Decomposition : public EmulatedHost {
  protected:
   Decomposition() : log_{std::make_shared<emulator::EventLog>()}, log_oref_{Add(log_)} {}
 
-  /// @return  what it failed with; kNoFailure, kNeverReturns
+  /// @return  what it failed with, or kNoFailure
   std::string Decompose(const std::string& bytes,
                         const std::string& transfer_syntax = dicom_bytes::kExplicitLittleEndian) {
-    served_ = std::make_shared<emulator::MemoryStream>(bytes);
-    const std::uint32_t oref = Add(served_);
-    log_->Clear();
+    const std::uint32_t oref = Serve(bytes);
+    return FailureOf([&] {
+      vessa::CVessaBinaryInputStream stream(oref);
+      vessa::RaiseIfNegative(stream.Open());
+      Run(stream, transfer_syntax);
+    });
+  }
+
+  /// The same through a stream that loses its patience, for what may never return.
+  /// @return  also kNeverReturns; the host was then left in peace
+  std::string DecomposePatiently(const std::string& bytes,
+                                 const std::string& transfer_syntax = dicom_bytes::kExplicitLittleEndian) {
+    const std::uint32_t oref = Serve(bytes);
     try {
-      return FailureOf([&] { Run(oref, transfer_syntax); });
+      return FailureOf([&] {
+        vessa::CVessaBinaryInputStream stream(oref);
+        vessa::RaiseIfNegative(stream.Open());
+        ImpatientStream impatient(stream, [this] { return host_.CallbackCount(); });
+        Run(impatient, transfer_syntax);
+      });
     } catch (const NeverReturns& waiting) {
       EXPECT_EQ(waiting.callbacks_while_waiting, 0U);
       return kNeverReturns;
@@ -76,12 +91,15 @@ class Decomposition : public EmulatedHost {
   bool simple_pixel_data_frames_ = false;
 
  private:
-  void Run(std::uint32_t oref, const std::string& transfer_syntax) {
-    vessa::CVessaBinaryInputStream stream(oref);
-    vessa::RaiseIfNegative(stream.Open());
-    ImpatientStream impatient(stream, [this] { return host_.CallbackCount(); });
+  std::uint32_t Serve(const std::string& bytes) {
+    served_ = std::make_shared<emulator::MemoryStream>(bytes);
+    log_->Clear();
+    return Add(served_);
+  }
+
+  void Run(vessa::CVessaInputStream& stream, const std::string& transfer_syntax) {
     vessa::CContentHandler handler(log_oref_);
-    vessa::StreamDecomposer decomposer(impatient, handler, client_oref_, simple_pixel_data_frames_);
+    vessa::StreamDecomposer decomposer(stream, handler, client_oref_, simple_pixel_data_frames_);
     EXPECT_EQ(decomposer.DecomposeStream(transfer_syntax), vessa::kSuccess);
     ExpectCleanStack();
   }
