@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -30,6 +31,7 @@ struct Callback {
   std::string_view bytes;                 ///< the 8-bit text handed out, where the result is its extent
   std::span<const std::uint16_t> units;   ///< the same for 16-bit text
   int status = 0;
+  std::chrono::nanoseconds took{0};  ///< what was called inside it included
 };
 
 /// The callback as one line of a script:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <new>
 
 #include "emulator/host.h"
@@ -69,7 +70,9 @@ class CallbackGate {
     if (recording) host.calls_.emplace_back();  // its place, before those of callbacks made inside it
     Callback callback;
     callback.operation = operation;
+    const auto start = std::chrono::steady_clock::now();
     callback.status = Answer(host, operation, work);
+    callback.took = std::chrono::steady_clock::now() - start;
     describe(callback);
     if (recording && line < host.calls_.size()) host.calls_[line] = CallbackLine(callback);
     if (host.observer_) host.observer_(callback);

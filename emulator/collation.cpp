@@ -145,6 +145,8 @@ void AppendSubscript(const Value& subscript, std::string& key) {
   }
 }
 
+bool IsEmptySubscript(std::string_view key) { return key.front() == kEmpty; }
+
 std::size_t SubscriptLength(std::string_view key) {
   switch (key.front()) {
     case kNegative:

@@ -29,6 +29,9 @@ void AppendSubscript(std::string_view text, std::string& key);
 /// @throws HostError  as AsBytes
 void AppendSubscript(const Value& subscript, std::string& key);
 
+/// True when the subscript at the start of `key`, which must be well formed and not empty, is the empty one.
+bool IsEmptySubscript(std::string_view key);
+
 /// Length in bytes of the subscript at the start of `key`, which must be well formed and not empty.
 std::size_t SubscriptLength(std::string_view key);
 

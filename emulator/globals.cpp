@@ -115,13 +115,12 @@ int Globals::DefinedKey(std::string_view key) const {
 
 NextSubscript Globals::OrderKey(std::string_view level, std::string_view subscript, int direction) const {
   std::string from(level);
-  const bool at_edge = SubscriptText(subscript).empty();
   if (direction > 0) {
     from += subscript;
     from += kBehindDescendants;
     return Neighbour(FirstNotBefore(from), level);
   }
-  if (at_edge) {
+  if (IsEmptySubscript(subscript)) {
     from += kBehindDescendants;
   } else {
     from += subscript;

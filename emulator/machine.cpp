@@ -105,6 +105,7 @@ void Machine::GlobalOrder(int subscripts, int direction, int value_wanted) {
   if (subscripts < 1 || (direction != 1 && direction != -1)) throw HostError{kInvalidArgument};
   if (value_wanted != 0 && value_wanted != 1) throw HostError{kInvalidArgument};
   const std::size_t begun = stack_.Begun(StackKind::kGlobal, subscripts);
+  stack_.RequireRoom();  // two entries or more go, and three may come
   std::string last;
   AppendSubscript(stack_.Above(begun).back(), last);
   NextSubscript next = host_.globals().OrderKey(Key(begun, 1), last, direction);

@@ -46,7 +46,7 @@ void StreamObject::MoveTo(std::int64_t position) {
 
 std::string StreamObject::Peek(std::int64_t count) {
   if (++peeks_ == empty_peek_) return {};
-  return HandOut(count + beyond_);
+  return HandOut(std::min(count, Rest()) + beyond_);
 }
 
 std::string StreamObject::Read(std::int64_t count) {

@@ -12,8 +12,12 @@ void ValueStack::Clear() {
   left_behind_ = 0;
 }
 
-Value& ValueStack::Next() {
+void ValueStack::RequireRoom() const {
   if (depth_ == kEntries) throw HostError{kStackFull};
+}
+
+Value& ValueStack::Next() {
+  RequireRoom();
   return values_[depth_];
 }
 

@@ -39,6 +39,8 @@ class ValueStack {
 
   /// The place of the next entry, to be filled and then pushed. @throws HostError  kStackFull
   Value& Next();
+  /// @throws HostError  kStackFull
+  void RequireRoom() const;
   void Push(const Tag& tag) { tags_[depth_++] = tag; }
 
   /// Refuses a new call while another one waits for its arguments. One that a failure interrupted does not count.

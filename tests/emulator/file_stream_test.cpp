@@ -16,7 +16,7 @@ class FileStreamTest : public testing::Test {
       : path_(std::filesystem::temp_directory_path() /
               (std::string("emulator_file_stream_") +
                testing::UnitTest::GetInstance()->current_test_info()->name())) {}
-  ~FileStreamTest() override {
+  void TearDown() override {
     std::error_code ignored;
     std::filesystem::remove(path_, ignored);
   }
@@ -71,7 +71,7 @@ TEST_F(FileStreamTest, CreateEmptiesAnOldFile) {
 
 TEST_F(FileStreamTest, SaysWhyAFileCannotBeOpened) {
   try {
-    FileStream(Path(), FileStream::Mode::kRead);
+    const FileStream file(Path(), FileStream::Mode::kRead);
     FAIL();
   } catch (const std::system_error& error) {
     EXPECT_EQ(error.code(), std::errc::no_such_file_or_directory);

@@ -89,13 +89,12 @@ TEST(Globals, DefinedTellsValuesFromNodesBelow) {
 TEST(Globals, WalksALevelInTheHostsOrderBothWays) {
   MemoryGlobals globals;
   const std::vector<std::string> order = {"-2", "-1.5", "0", ".5", "2", "10", "01", "B", "a", "aa"};
-  for (auto subscript = order.rbegin(); subscript != order.rend(); ++subscript) {
-    globals.Set("A", {Number(7), *subscript}, Text("x"));
-  }
+  const std::vector<std::string> reversed(order.rbegin(), order.rend());
+  for (const std::string& subscript : reversed) globals.Set("A", {Number(7), subscript}, Text("x"));
   globals.Set("A", {Number(6), Text("before")}, Text("x"));
   globals.Set("A", {Number(8), Text("behind")}, Text("x"));
   EXPECT_EQ(Walk(globals, {Number(7)}, +1), order);
-  EXPECT_EQ(Walk(globals, {Number(7)}, -1), std::vector<std::string>(order.rbegin(), order.rend()));
+  EXPECT_EQ(Walk(globals, {Number(7)}, -1), reversed);
   EXPECT_EQ(Walk(globals, {}, +1), (std::vector<std::string>{"6", "7", "8"}));
   EXPECT_EQ(Walk(globals, {}, -1), (std::vector<std::string>{"8", "7", "6"}));
   EXPECT_EQ(Walk(globals, {Number(9)}, +1), std::vector<std::string>());

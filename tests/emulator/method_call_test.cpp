@@ -157,6 +157,18 @@ TEST(MethodCall, ResultsNeverFetchedFillTheStack) {
   EXPECT_EQ(status, kStackFull);
 }
 
+TEST(MethodCall, AFullStackTakesNothingMore) {
+  Host host;
+  int status = 0;
+  while (status == 0) status = Callbacks().push_integer(1);
+  EXPECT_EQ(status, kStackFull);
+  const std::size_t depth = host.StackDepth();
+  EXPECT_EQ(PushText("x"), kStackFull);
+  EXPECT_EQ(host.StackDepth(), depth);
+  host.ResetStack();
+  EXPECT_EQ(Callbacks().push_integer(1), 0);
+}
+
 TEST(MethodCall, FailuresOfTheObjectAreAnswered) {
   class Failing : public Object {
     Value Call(std::string_view method, std::span<const Value> /*arguments*/) override {

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "emulator/stream_object.h"
 #include "tests/emulator/host_calls.h"
@@ -50,7 +51,7 @@ TEST(Recording, WritesArgumentsOfEveryKind) {
   Callbacks().push_double(1.5);
   Callbacks().push_double(0.1);
   PushText(std::string_view("a\0\"\\\xFF", 5));
-  PushText(std::string_view(long_text).substr(0, 64));
+  PushText(long_text.substr(1));
   PushText(long_text);
   Callbacks().push_wide_string(3, wide);
   Callbacks().push_wide_string_alt(65, long_units.data());
@@ -126,6 +127,21 @@ TEST(Observer, SeesTheBytesHandedOut) {
   host.Observe([&](const Callback& callback) { bytes = callback.bytes; });
   PopText();
   EXPECT_EQ(bytes, "value");
+}
+
+TEST(Observer, SeesHowLongACallbackTook) {
+  class Slow : public Object {
+    Value Call(std::string_view /*method*/, std::span<const Value> /*arguments*/) override {
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      return {};
+    }
+  };
+  Host host;
+  std::chrono::nanoseconds took{0};
+  host.Observe([&](const Callback& callback) { took = callback.took; });
+  PushMethod(host.Add(std::make_shared<Slow>()), "Do");
+  Callbacks().invoke_method(0);
+  EXPECT_GE(took, std::chrono::milliseconds(15));
 }
 
 TEST(Observer, LetsNoExceptionIntoTheLibrary) {

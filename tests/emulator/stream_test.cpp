@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 #include "emulator/stream_object.h"
 
 namespace emulator {
@@ -94,6 +96,14 @@ TEST(Stream, RefusesWhatItDoesNotKnow) {
   } catch (const HostError& error) {
     EXPECT_EQ(error.code, kPropertyMissing);
   }
+}
+
+TEST(Stream, TakesTheLargestCountThereIs) {
+  MemoryStream stream("0123");
+  stream.PeekBeyond(1);
+  Skip(stream, 1);
+  EXPECT_EQ(Peek(stream, INT64_MAX), "123");
+  EXPECT_EQ(Read(stream, INT64_MAX), "123");
 }
 
 TEST(Stream, MisbehavesAsTold) {
