@@ -158,8 +158,8 @@ std::uint64_t StreamComposer::CopyValue(ElementWriter& writer, const ContentElem
   ValueWriter value(writer, ValueSwapUnit(writer.Syntax(), element.vr));
   std::uint64_t copied = 0;
   std::span<std::uint8_t> chunk;
-  chunk_key_.clear();
-  while (source_.GetNextDataChunk(element.node, chunk_key_, chunk)) {
+  std::string key;
+  while (source_.GetNextDataChunk(element.node, key, chunk)) {
     KeepFirstBytes(copied, chunk);
     copied += chunk.size();
     if (copied > length) break;

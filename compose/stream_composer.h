@@ -63,7 +63,6 @@ class StreamComposer {
   // Of the call of ComposeStream that is running.
   std::string identifier_;
   OpenSequences open_{kRootNode};
-  std::string chunk_key_;                      // keeps its storage from element to element
   std::array<std::uint8_t, 2> first_bytes_{};  // of the value copied last, as the source holds it
 };
 

@@ -341,13 +341,22 @@ class ChangingSource : public CContentSource {
   std::size_t next_ = 0;
 };
 
-std::string ComposeFrom(ChangingSource source) {
+struct Outcome {
+  std::string failure;
+  std::string written;
+};
+
+Outcome ComposeAll(ChangingSource source) {
   emulator::Host host;
   SetHostServices(emulator::Host::Table());
-  CVessaBinaryOutputStream output(host.Add(std::make_shared<emulator::MemoryStream>()));
+  const auto stream = std::make_shared<emulator::MemoryStream>();
+  CVessaBinaryOutputStream output(host.Add(stream));
   StreamComposer composer(source, output, kExplicitLittle, 0, false);
-  return FailureOf([&] { composer.ComposeStream("ID", kImplicitLittle); });
+  const std::string failure = FailureOf([&] { composer.ComposeStream("ID", kImplicitLittle); });
+  return {failure, stream->Bytes()};
 }
+
+std::string ComposeFrom(ChangingSource source) { return ComposeAll(std::move(source)).failure; }
 
 constexpr const char* kOtherLength =
     "ComposeElement: Data of element 00100010 do not have the length that was written at reference "
@@ -360,6 +369,12 @@ TEST(ComposerLength, ChunksThatDoNotAddUpToTheLengthFail) {
   EXPECT_EQ(ComposeFrom({4, {}}), kOtherLength);
   EXPECT_EQ(ComposeFrom({0, {"a"}}), kOtherLength);
   EXPECT_EQ(ComposeFrom({0, {""}}), "");
+}
+
+TEST(ComposerLength, AChunkBeyondTheLengthIsNotWritten) {
+  const Outcome outcome = ComposeAll({4, {"ab", "cde", "f"}});
+  EXPECT_EQ(outcome.failure, kOtherLength);
+  EXPECT_EQ(Digits(outcome.written), Digits(Hex("1000 1000 04000000 6162")));
 }
 
 TEST(ComposerLength, ALengthThatWouldMeanUndefinedOrWrapIsRefused) {

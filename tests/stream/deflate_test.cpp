@@ -90,6 +90,15 @@ TEST(Deflate, AFullOutputBlockIsFollowedByAnotherPass) {
   EXPECT_TRUE(Unpacked(host.Output(), 100000) == Noise(100000));
 }
 
+TEST(Deflate, AShortReadIsNotTheEnd) {
+  auto input = std::make_shared<emulator::MemoryStream>(Noise(1000));
+  input->HandOutAtMost(300);
+  PackingHost host(input);
+  EXPECT_EQ(DeflateStream(6, host.In(), host.Out()), kSuccess);
+  EXPECT_EQ(input->Reads(), 5U);  // three full ones, the rest, and the empty one
+  EXPECT_TRUE(Unpacked(host.Output(), 1000) == Noise(1000));
+}
+
 TEST(Deflate, StartsWhereTheInputStands) {
   auto input = std::make_shared<emulator::MemoryStream>("skipped, packed");
   input->MoveTo(10);

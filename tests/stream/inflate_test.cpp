@@ -158,10 +158,22 @@ TEST(Inflate, RawAndGzipDataFail) {
   }
 }
 
-TEST(Inflate, APresetDictionaryFails) {
-  PackingHost host(Packed("dictionary of words", 6, kZlibWindow, "words of a dictionary"));
+TEST(Inflate, ABlockThatCannotBeInflatedIsNotWrittenAtAll) {
+  std::string packed = Packed(Noise(5000), 6);
+  packed[4000] = static_cast<char>(packed[4000] + 1);
+  packed.back() = static_cast<char>(packed.back() + 1);
+  PackingHost host(packed);
+  host.Host().Record(true);
   EXPECT_LT(InflateStream(host.In(), host.Out()), 0);
   EXPECT_EQ(host.Output(), "");
+  EXPECT_EQ(host.Host().Calls().back(), "PopString -> " + std::to_string(packed.size()) + " bytes");
+}
+
+TEST(Inflate, APresetDictionaryFails) {
+  PackingHost host(Packed("dictionary of words", 6, kZlibWindow, "words of a dictionary"));
+  host.Host().Record(true);
+  EXPECT_LT(InflateStream(host.In(), host.Out()), 0);
+  EXPECT_THAT(host.Host().Calls().back(), ::testing::StartsWith("PopString"));  // no write was tried
 }
 
 TEST(Inflate, BytesBehindTheEndAreIgnored) {
