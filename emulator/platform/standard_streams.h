@@ -10,7 +10,7 @@ namespace emulator {
 
 enum class StandardStream { kOutput, kError };
 
-/// Makes standard input and output carry bytes as they stand, a console read UTF-8, and a write to a pipe
+/// Makes the three streams carry bytes as they stand, a console read UTF-8, and a write to a pipe
 /// whose reader is gone an error of that write instead of the end of the process.
 void PrepareStandardStreams();
 

@@ -27,6 +27,7 @@ std::string Utf8(const wchar_t* text) {
 void PrepareStandardStreams() {
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);
+  _setmode(_fileno(stderr), _O_BINARY);
   SetConsoleOutputCP(CP_UTF8);
   DWORD mode = 0;
   const HANDLE output = StreamHandle(StandardStream::kOutput);

@@ -41,6 +41,13 @@ UINT CodePageOf(TextEncoding encoding) {
   return 0;
 }
 
+/// GBK is the part of GB 18030 whose characters have at most two bytes: what a system without the whole still reads.
+UINT CodePageHere(TextEncoding encoding) {
+  const UINT code_page = CodePageOf(encoding);
+  if (encoding != TextEncoding::kGb18030 || IsValidCodePage(code_page) != 0) return code_page;
+  return CodePageOf(TextEncoding::kGbk);
+}
+
 /// Some code pages refuse the flag that makes bad bytes an error: GB 18030 takes it, others must do without.
 std::wstring Widen(UINT code_page, DWORD flags, std::string_view bytes) {
   const int size = static_cast<int>(bytes.size());
@@ -54,8 +61,9 @@ std::wstring Widen(UINT code_page, DWORD flags, std::string_view bytes) {
 
 std::optional<std::string> DecodeText(std::string_view bytes, TextEncoding encoding) {
   if (bytes.empty()) return std::string();
-  std::wstring wide = Widen(CodePageOf(encoding), MB_ERR_INVALID_CHARS, bytes);
-  if (wide.empty() && GetLastError() == ERROR_INVALID_FLAGS) wide = Widen(CodePageOf(encoding), 0, bytes);
+  const UINT code_page = CodePageHere(encoding);
+  std::wstring wide = Widen(code_page, MB_ERR_INVALID_CHARS, bytes);
+  if (wide.empty() && GetLastError() == ERROR_INVALID_FLAGS) wide = Widen(code_page, 0, bytes);
   if (wide.empty()) return std::nullopt;
   const int units = static_cast<int>(wide.size());
   const int size = WideCharToMultiByte(CP_UTF8, 0, wide.data(), units, nullptr, 0, nullptr, nullptr);

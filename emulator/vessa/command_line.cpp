@@ -58,6 +58,7 @@ CommandLine::CommandLine() : app_(kDescription, "vessa"), commands_(AllCommands(
   app_.footer(kExamples);
   app_.require_subcommand(1);
   app_.fallthrough();
+  app_.allow_windows_style_options(false);  // a path may begin with a slash
   DefineSettings();
   DefineCommands();
 }
