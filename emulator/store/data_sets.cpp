@@ -11,6 +11,8 @@ namespace {
 /// The library reads a stream's Size, which is one more than its bytes, as a signed integer of 32 bits.
 constexpr std::int64_t kMostPixelBytes = std::numeric_limits<std::int32_t>::max() - 1;
 
+constexpr std::uint32_t kDirectoryRecords = 0x00041220;
+
 std::string TextAt(const Globals& nodes, const std::string& key) {
   return AsBytes(nodes.GetKey(key).value_or(Value(std::string())));
 }
@@ -24,6 +26,7 @@ std::optional<StoredFacts> FindDataSet(const Globals& nodes, const std::string& 
   if (facts.transfer_syntax.empty()) return std::nullopt;
   facts.pixels = TextAt(nodes, keys.Meta(kPixelsName));
   facts.has_framed_pixels = !TextAt(nodes, keys.Meta(kFramedName)).empty();
+  facts.is_directory = nodes.DefinedKey(keys.Child(0, 0, kDirectoryRecords)) != 0;
   facts.has_nested_frames = !TextAt(nodes, keys.Meta(kNestedName)).empty();
   return facts;
 }
@@ -59,6 +62,7 @@ std::optional<std::string> TopLevelValue(const Globals& nodes, const std::string
 
 std::optional<std::string> WhyNotIn(std::string_view transfer_syntax, const StoredFacts& facts,
                                     std::int64_t pixel_bytes) {
+  if (facts.is_directory) return "it is a directory of files, whose offsets would no longer be right";
   if (facts.has_nested_frames) return "an item holds compressed pixel data, which the library cannot write";
   if (pixel_bytes > kMostPixelBytes) return "the pixel data are longer than the library can copy (2 GiB)";
   if (facts.pixels.empty() || transfer_syntax == facts.transfer_syntax) return std::nullopt;

@@ -17,6 +17,7 @@ struct StoredFacts {
   std::string transfer_syntax;     ///< as it was received
   std::string pixels;              ///< name of the stream with the pixel data; empty for none
   bool has_framed_pixels = false;  ///< the stream holds fragments
+  bool is_directory = false;       ///< a DICOMDIR, which holds offsets of its own bytes (PS3.3 section F.3)
   bool has_nested_frames = false;  ///< an item holds fragments
 };
 
@@ -33,7 +34,8 @@ void RemoveDataSet(StoreTransaction& transaction, const std::string& id);
 std::optional<std::string> TopLevelValue(const Globals& nodes, const std::string& id, std::uint32_t tag);
 
 /// Why the data set cannot be written in a transfer syntax; nothing when it can. Pixel data are never compressed or
-/// decompressed, and the library cannot write fragments inside of items, nor know the size of a stream above 2 GiB.
+/// decompressed; the offsets in a directory would be wrong in any file but its own; and the library cannot write fragments
+/// inside of items, nor know the size of a stream above 2 GiB.
 std::optional<std::string> WhyNotIn(std::string_view transfer_syntax, const StoredFacts& facts,
                                     std::int64_t pixel_bytes);
 

@@ -1,17 +1,8 @@
 #include "emulator/vessa/file_options.h"
 
+#include "emulator/vessa/syntax_name.h"
+
 namespace emulator::tool {
-namespace {
-
-/// The UID behind a name that is easier to type; other texts are UIDs already.
-std::string SyntaxNamed(const std::string& name) {
-  if (name == "implicit") return "1.2.840.10008.1.2";
-  if (name == "explicit") return "1.2.840.10008.1.2.1";
-  return name;
-}
-
-}  // namespace
-
 void FileOptions::Define(CLI::App& app) {
   app.add_option("FILE", path_, "File to read")->required();
   app.add_option(

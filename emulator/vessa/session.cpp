@@ -74,4 +74,12 @@ void Session::Call(std::string_view name, vessa::HostString& buffer, std::int32_
   ThrowUnlessZero(name, library_.Call(name, buffer, value));
 }
 
+void Session::Call(std::string_view name, std::int32_t first, std::uint32_t second, std::uint32_t third) {
+  const CallScope scope(progress_, name);
+  const std::int32_t returned =
+      library_.Call(name, first, static_cast<std::int32_t>(second), static_cast<std::int32_t>(third));
+  host_.ResetStack();
+  ThrowUnlessZero(name, returned);
+}
+
 }  // namespace emulator::tool

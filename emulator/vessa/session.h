@@ -44,6 +44,8 @@ class Session {
   void Call(std::string_view name, vessa::HostString& buffer);
   /// A "Bi" call; as above.
   void Call(std::string_view name, vessa::HostString& buffer, std::int32_t value);
+  /// An "ioo" call; as above.
+  void Call(std::string_view name, std::int32_t first, std::uint32_t second, std::uint32_t third);
 
  private:
   const Settings& settings_;

@@ -1,0 +1,9 @@
+#include "emulator/platform/parallel_processes.h"
+
+namespace emulator {
+
+void RunInProcesses(int count, const std::function<void(int)>& body) {
+  for (int number = 0; number < count; ++number) body(number);
+}
+
+}  // namespace emulator
