@@ -6,8 +6,9 @@ namespace {
 using Maker = std::unique_ptr<Command> (*)();
 
 constexpr Maker kMakers[] = {
-    MakeTableCommand, MakeTagCommand,    MakeDumpCommand, MakeEventsCommand,
-    MakeCallCommand,  MakeBigHexCommand, MakeSwapCommand,
+    MakeTableCommand,   MakeTagCommand,  MakeDumpCommand,    MakeEventsCommand,  MakeCallCommand,
+    MakeBigHexCommand,  MakeSwapCommand, MakeImportCommand,  MakeGlobalsCommand, MakeExportCommand,
+    MakeConvertCommand, MakeKillCommand, MakeDeflateCommand, MakeInflateCommand,
 };
 
 }  // namespace

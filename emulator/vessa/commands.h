@@ -18,5 +18,12 @@ std::unique_ptr<Command> MakeEventsCommand();
 std::unique_ptr<Command> MakeCallCommand();
 std::unique_ptr<Command> MakeBigHexCommand();
 std::unique_ptr<Command> MakeSwapCommand();
+std::unique_ptr<Command> MakeImportCommand();
+std::unique_ptr<Command> MakeGlobalsCommand();
+std::unique_ptr<Command> MakeExportCommand();
+std::unique_ptr<Command> MakeConvertCommand();
+std::unique_ptr<Command> MakeKillCommand();
+std::unique_ptr<Command> MakeDeflateCommand();
+std::unique_ptr<Command> MakeInflateCommand();
 
 }  // namespace emulator::tool
