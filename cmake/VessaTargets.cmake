@@ -54,7 +54,7 @@ endif()
 if(VESSA_SANITIZE)
   target_compile_definitions(vessa_options INTERFACE _GLIBCXX_ASSERTIONS)
   target_compile_options(vessa_options INTERFACE -fsanitize=address,undefined,float-cast-overflow
-    -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fno-sanitize-recover=all -fno-omit-frame-pointer -O1 -g1)  # compiles in less than half the time of -O2 -g
   target_link_options(vessa_options INTERFACE -fsanitize=address,undefined,float-cast-overflow)
 endif()
 

@@ -6,9 +6,10 @@ namespace {
 using Maker = std::unique_ptr<Command> (*)();
 
 constexpr Maker kMakers[] = {
-    MakeTableCommand,   MakeTagCommand,  MakeDumpCommand,    MakeEventsCommand,  MakeCallCommand,
-    MakeBigHexCommand,  MakeSwapCommand, MakeImportCommand,  MakeGlobalsCommand, MakeExportCommand,
-    MakeConvertCommand, MakeKillCommand, MakeDeflateCommand, MakeInflateCommand,
+    MakeTableCommand,   MakeTagCommand,     MakeDumpCommand,   MakeEventsCommand,  MakeQueryCommand,
+    MakeItemsCommand,   MakeParseCommand,   MakeCallCommand,   MakeBigHexCommand,  MakeSwapCommand,
+    MakeImportCommand,  MakeGlobalsCommand, MakeExportCommand, MakeConvertCommand, MakeKillCommand,
+    MakeDeflateCommand, MakeInflateCommand,
 };
 
 }  // namespace

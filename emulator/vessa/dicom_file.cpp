@@ -37,7 +37,7 @@ std::string ReadFrom(StreamObject& stream, std::int64_t bytes, const std::string
   }
 }
 
-bool HasPreamble(const std::string& path) {
+bool StartsWithPreamble(const std::string& path) {
   const auto stream = OpenFile(path);
   stream->MoveTo(1 + kPreambleBytes);
   return ReadFrom(*stream, static_cast<std::int64_t>(kPrefix.size()), path) == kPrefix;
@@ -47,11 +47,17 @@ bool IsNoMetaElement(std::uint32_t tag) { return GroupOf(tag) != kMetaGroup; }
 
 }  // namespace
 
-DicomFile::DicomFile(DicomInput input) : input_(std::move(input)), has_preamble_(HasPreamble(input_.path)) {}
+DicomFile::DicomFile(DicomInput input)
+    : input_(std::move(input)), has_preamble_(StartsWithPreamble(input_.path)) {}
 
 void DicomFile::DecomposeInto(Session& session, ContentSink& sink, const StopRule& stop) const {
+  const PositionedStream data_set = OpenDataSet(session, sink);
+  Decompose(session, {data_set.name, data_set.stream, data_set.transfer_syntax, stop}, sink);
+}
+
+DicomFile::PositionedStream DicomFile::OpenDataSet(Session& session, ContentSink& meta_sink) const {
   std::shared_ptr<StreamObject> stream = OpenFile(input_.path);
-  const std::string named = has_preamble_ ? DecomposeMeta(session, sink, stream) : std::string();
+  const std::string named = has_preamble_ ? DecomposeMeta(session, meta_sink, stream) : std::string();
   const std::string& syntax = input_.syntax.empty() ? named : input_.syntax;
   if (syntax.empty()) {
     throw ToolError(
@@ -60,9 +66,15 @@ void DicomFile::DecomposeInto(Session& session, ContentSink& sink, const StopRul
                     has_preamble_ ? "group 0002 names no transfer syntax"
                                   : "no preamble with \"DICM\", so no group 0002"));
   }
-  if (syntax == kDeflated) stream = Inflated(*stream);
-  const std::string name = input_.path + (syntax == kDeflated ? " (inflated)" : "");
-  Decompose(session, {name, stream, syntax, stop}, sink);
+  if (syntax == kDeflated) return {input_.path + " (inflated)", Inflated(*stream), syntax};
+  return {input_.path, stream, syntax};
+}
+
+std::optional<DicomFile::PositionedStream> DicomFile::OpenMeta() const {
+  if (!has_preamble_) return std::nullopt;
+  std::shared_ptr<StreamObject> stream = OpenFile(input_.path);
+  stream->MoveTo(1 + kPreambleBytes + static_cast<std::int64_t>(kPrefix.size()));
+  return PositionedStream{input_.path, std::move(stream), kExplicitLittleEndian};
 }
 
 std::string DicomFile::DecomposeMeta(Session& session, ContentSink& sink,

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "emulator/stream_object.h"
@@ -31,6 +32,21 @@ class DicomFile {
   /// about the data set's tags.
   /// @throws ToolError  kWrongUsage for a file whose syntax nobody names; else as Decompose does
   void DecomposeInto(Session& session, ContentSink& sink, const StopRule& stop = {}) const;
+
+  /// A stream that stands at the first byte of some elements, and the syntax of these.
+  struct PositionedStream {
+    std::string name;  ///< of the input, for messages
+    std::shared_ptr<StreamObject> stream;
+    std::string transfer_syntax;
+  };
+  /// The data set. The meta information, where there is one, goes to `meta_sink`.
+  /// @throws ToolError  as DecomposeInto does
+  PositionedStream OpenDataSet(Session& session, ContentSink& meta_sink) const;
+  /// The meta information, followed by the data set; nothing for a file without.
+  std::optional<PositionedStream> OpenMeta() const;
+
+  const std::string& Path() const { return input_.path; }
+  bool HasPreamble() const { return has_preamble_; }
 
  private:
   std::string DecomposeMeta(Session& session, ContentSink& sink,

@@ -1,0 +1,135 @@
+#include <fmt/format.h>
+
+#include "emulator/vessa/answer_printer.h"
+#include "emulator/vessa/commands.h"
+#include "emulator/vessa/element_query.h"
+#include "emulator/vessa/file_options.h"
+#include "emulator/vessa/null_sink.h"
+#include "emulator/vessa/output_file.h"
+#include "emulator/vessa/property_reference.h"
+#include "emulator/vessa/tag_text.h"
+
+namespace emulator::tool {
+namespace {
+
+bool HasImplicitVrs(std::string_view syntax) {
+  return syntax == "1.2.840.10008.1.2" || syntax == "1.2.840.10008.1.20";
+}
+
+bool IsDeflated(std::string_view syntax) { return syntax == "1.2.840.10008.1.2.1.99"; }
+
+class QueryCommand : public Command {
+ public:
+  const char* Name() const override { return "query"; }
+  const char* Summary() const override { return "Print the values of single elements"; }
+  const char* Examples() const override {
+    return "vessa query image.dcm PatientName StudyDate\n"
+           "vessa query plan.dcm 'BeamSequence[2].BeamName'\n"
+           "vessa query image.dcm PixelData --out pixels.raw\n"
+           "vessa query image.dcm '(0028,0010)' --json";
+  }
+
+  void Define(CLI::App& app) override {
+    file_.Define(app);
+    app.add_option("REFERENCE", references_, "Property references, such as BeamSequence[2].BeamName")
+        ->required();
+    app.add_flag("--json", is_json_, "Print each answer as a JSON object in a line");
+    auto* const raw = app.add_flag("--raw", is_raw_, "Write the bytes of the values, and nothing else");
+    app.add_option("--out", out_path_, "Write the value, of any length, to this file; one reference only")
+        ->excludes(raw);
+    app.add_flag("--sequence", sequence_may_answer_, "Let a sequence itself be the answer");
+    app.add_flag("--require", is_required_, "Fail when a reference finds nothing");
+    app.add_option("--through", through_, "The call-out to use: zfQueryStream or zfQueryFileOrDataSet")
+        ->check(CLI::IsMember({"stream", "file"}))
+        ->capture_default_str();
+  }
+
+  void Run(Session& session) override {
+    if (!out_path_.empty() && references_.size() > 1)
+      throw ToolError(kWrongUsage, "--out takes the value of one reference");
+    const DicomFile file = file_.Open();
+    for (const std::string& reference : references_) {
+      const std::optional<ElementAnswer> answer = Ask(session, file, reference);
+      if (answer) {
+        Print(session, file, reference, *answer);
+      } else if (is_required_) {
+        throw ToolError(kLibraryFailed, fmt::format("{}: no {}", file.Path(), reference));
+      }
+    }
+  }
+
+ private:
+  std::optional<ElementAnswer> Ask(Session& session, const DicomFile& file, const std::string& reference) {
+    const ElementQuery query{PropertyListOf(session, ReferenceKind::kElement, reference),
+                             sequence_may_answer_};
+    const bool is_meta = GroupOf(PropertiesIn(query.property_list).at(0)) == kMetaGroup;
+    std::optional<DicomFile::PositionedStream> input = is_meta ? file.OpenMeta() : std::nullopt;
+    NullSink no_meta;
+    if (!input) input = file.OpenDataSet(session, no_meta);
+    if (through_ == "stream" && out_path_.empty()) return QueryStream(session, *input, query);
+    if (!CanUseFileName(file, *input)) return QueryStream(session, *input, query);
+    return AskByFileName(session, file, input->transfer_syntax, query);
+  }
+
+  /// zfQueryFileOrDataSet reads group 0002 and the data set in one syntax, from the file as it lies there.
+  static bool CanUseFileName(const DicomFile& file, const DicomFile::PositionedStream& input) {
+    const char* reason = nullptr;
+    if (IsDeflated(input.transfer_syntax)) reason = "the data set is deflated";
+    if (file.HasPreamble() && HasImplicitVrs(input.transfer_syntax))
+      reason = "group 0002 has explicit VRs and the data set has none";
+    if (reason == nullptr) return true;
+    WriteError(
+        fmt::format("vessa: {}: {}, so the library cannot query the file by its name; a stream behind "
+                    "group 0002 is queried instead",
+                    file.Path(), reason));
+    return false;
+  }
+
+  std::optional<ElementAnswer> AskByFileName(Session& session, const DicomFile& file,
+                                             const std::string& syntax, const ElementQuery& query) {
+    const auto long_value = out_path_.empty() ? nullptr : std::make_shared<MemoryStream>();
+    std::optional<ElementAnswer> answer =
+        QueryFile(session, file.Path(), file.HasPreamble(), syntax, query, long_value);
+    if (answer && long_value != nullptr && long_value->ByteCount() > 0) answer->value = long_value->Bytes();
+    return answer;
+  }
+
+  void Print(Session& session, const DicomFile& file, const std::string& reference,
+             const ElementAnswer& answer) {
+    if (!out_path_.empty()) return WriteFile(answer.value);
+    if (is_raw_) return session.Out().Write(answer.value);
+    const CharacterSets characters =
+        IsLocalText(answer.vr) ? CharacterSetsOf(session, file) : CharacterSets();
+    if (is_json_) return session.Out().WriteLine(AnswerJson(reference, answer, characters));
+    const std::string text = AnswerText(answer, characters);
+    session.Out().WriteLine(references_.size() == 1 ? text : fmt::format("{}\t{}", reference, text));
+  }
+
+  static CharacterSets CharacterSetsOf(Session& session, const DicomFile& file) {
+    NullSink no_meta;
+    const ElementQuery query{PropertyListFrom({kSpecificCharacterSet})};
+    const auto answer = QueryStream(session, file.OpenDataSet(session, no_meta), query);
+    return answer ? CharacterSets(answer->value) : CharacterSets();
+  }
+
+  void WriteFile(const std::string& bytes) const {
+    OutputFile file(out_path_);
+    file.Write(bytes);
+    file.Finish();
+  }
+
+  FileOptions file_;
+  std::vector<std::string> references_;
+  std::string through_ = "stream";
+  std::string out_path_;
+  bool is_json_ = false;
+  bool is_raw_ = false;
+  bool sequence_may_answer_ = false;
+  bool is_required_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeQueryCommand() { return std::make_unique<QueryCommand>(); }
+
+}  // namespace emulator::tool

@@ -1,0 +1,128 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "tests/vessa/run_tool.h"
+#include "tests/vessa/sample_data.h"
+
+using testing::HasSubstr;
+
+namespace {
+
+constexpr const char* kExplicitSyntax = "1.2.840.10008.1.2.1";
+constexpr const char* kImplicitSyntax = "1.2.840.10008.1.2";
+
+std::string SmallFile() { return MakeFile("small.dcm", DicomFile(kExplicitSyntax, SmallDataSet())); }
+
+std::string ImplicitFile() {
+  return MakeFile("implicit.dcm",
+                  DicomFile(kImplicitSyntax, kImplicit.Element(0x00100010, "PN", "Doe^John")));
+}
+
+std::string ReadAll(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+TEST(Query, PrintsOneValueAlone) {
+  const ToolRun run = RunTool({"query", SmallFile(), "PatientName"});
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  EXPECT_EQ(run.output, "Doe^John\n");
+}
+
+TEST(Query, NamesTheReferenceWhenThereAreSeveral) {
+  const ToolRun run =
+      RunTool({"query", SmallFile(), "PatientName", "PatientID", "ReferencedImageSequence[2].(0008,1150)"});
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  EXPECT_EQ(run.output, "PatientName\tDoe^John\nReferencedImageSequence[2].(0008,1150)\t1.2.3.4\n");
+}
+
+TEST(Query, FindsTheSameThroughAStreamAndThroughTheFilesName) {
+  for (const char* const through : {"stream", "file"}) {
+    EXPECT_EQ(RunTool({"query", "--through", through, SmallFile(), "PatientName"}).output, "Doe^John\n");
+    EXPECT_EQ(RunTool({"query", "--through", through, SmallFile(), "TransferSyntaxUID"}).output,
+              "1.2.840.10008.1.2.1\n");
+  }
+}
+
+TEST(Query, SaysThatAFileOfTwoVrFormsCannotBeQueriedByItsName) {
+  const ToolRun run = RunTool({"query", "--through", "file", ImplicitFile(), "PatientName"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_EQ(run.output, "Doe^John\n");
+  EXPECT_THAT(run.errors, HasSubstr("group 0002 has explicit VRs and the data set has none"));
+}
+
+TEST(Query, PrintsNothingForWhatIsNotThere) {
+  const ToolRun run = RunTool({"query", SmallFile(), "PatientID"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_EQ(run.output + run.errors, "");
+}
+
+TEST(Query, FailsForWhatIsRequiredAndNotThere) {
+  const ToolRun run = RunTool({"query", "--require", SmallFile(), "PatientID"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.errors, HasSubstr("no PatientID"));
+}
+
+TEST(Query, PrintsJson) {
+  EXPECT_EQ(RunTool({"query", "--json", SmallFile(), "PatientName"}).output,
+            "{\"reference\":\"PatientName\",\"vr\":\"PN\",\"Value\":[{\"Alphabetic\":\"Doe^John\"}]}\n");
+}
+
+TEST(Query, ShowsBytesInHexadecimalBehindTheirNumber) {
+  const std::string file =
+      MakeFile("bytes", kExplicit.Element(0x00282000, "OB", std::string("\x01\x00\xFF\x7F", 4)));
+  EXPECT_EQ(RunTool({"query", "--syntax", "explicit", file, "ICCProfile"}).output, "4 bytes: 0100FF7F\n");
+  EXPECT_EQ(RunTool({"query", "--syntax", "explicit", "--json", file, "ICCProfile"}).output,
+            "{\"reference\":\"ICCProfile\",\"vr\":\"OB\",\"InlineBinary\":\"AQD/fw==\"}\n");
+  EXPECT_EQ(RunTool({"query", "--syntax", "explicit", "--raw", file, "ICCProfile"}).output,
+            std::string("\x01\x00\xFF\x7F", 4));
+}
+
+TEST(Query, WritesALongValueWholeToAFile) {
+  const std::string pixels(100000, 'x');
+  const std::string file = MakeFile("pixels", kExplicit.Element(0x7FE00010, "OW", pixels));
+  const ToolRun cut = RunTool({"query", "--syntax", "explicit", file, "PixelData"});
+  EXPECT_EQ(cut.exit_code, 1);
+  EXPECT_THAT(cut.errors, HasSubstr("Data is too long to be returned"));
+  const std::string out = PathOf("pixels.raw");
+  const ToolRun run = RunTool({"query", "--syntax", "explicit", "--out", out, file, "PixelData"});
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  EXPECT_EQ(ReadAll(out), pixels);
+}
+
+TEST(Query, LetsASequenceAnswerWhenAsked) {
+  EXPECT_EQ(RunTool({"query", SmallFile(), "ReferencedImageSequence"}).output, "");
+  EXPECT_EQ(RunTool({"query", "--sequence", "--json", SmallFile(), "ReferencedImageSequence"}).output,
+            "{\"reference\":\"ReferencedImageSequence\",\"vr\":\"SQ\"}\n");
+}
+
+TEST(Query, PointsAtTheCharacterThatIsWrong) {
+  const ToolRun run = RunTool({"query", SmallFile(), "(0010,001G)"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.errors, HasSubstr("Expected hex digit at offset 10"));
+  EXPECT_THAT(run.errors, HasSubstr("  (0010,001G)\n           ^"));
+}
+
+TEST(Items, PrintsTheNumbersToTheEnd) {
+  EXPECT_EQ(RunTool({"items", SmallFile(), "ReferencedImageSequence[]"}).output, "1\n2\n");
+  EXPECT_EQ(RunTool({"items", SmallFile(), "ReferencedImageSequence[1]"}).output, "2\n");
+  EXPECT_EQ(RunTool({"items", SmallFile(), "BeamSequence[]"}).output, "");
+}
+
+TEST(Parse, PrintsThePropertyList) {
+  EXPECT_EQ(RunTool({"parse", "BeamSequence[2].BeamName"}).output,
+            "(300A,00B0)  BeamSequence\n2\n(300A,00C2)  BeamName\n");
+  EXPECT_EQ(RunTool({"parse", "BeamSequence[]"}).output, "(300A,00B0)  BeamSequence\n0\n");
+}
+
+TEST(Parse, FailsWithACaretUnderTheEndOfWhatIsCutOff) {
+  const ToolRun run = RunTool({"parse", "(0010,0010"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.errors, HasSubstr("  (0010,0010\n            ^"));
+}
+
+}  // namespace
