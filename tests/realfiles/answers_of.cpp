@@ -64,9 +64,10 @@ std::string Hex(const std::string& bytes) {
 std::string Text(const ListResult& result, const std::string& long_value = {}) {
   if (result.status != 0) return "1 " + std::string(result.message.begin(), result.message.end());
   if (result.values.empty()) return "0";
+  // The list holds the first chunk of a long value. Of fragments it holds the first one, whatever goes to the stream.
   const std::string value = emulator::AsBytes(result.values.at(1).value);
-  return "0 " + emulator::AsBytes(result.values.at(0).value) + " " +
-         Hex(long_value.empty() ? value : long_value);
+  const bool is_cut = !value.empty() && long_value.size() > value.size() && long_value.starts_with(value);
+  return "0 " + emulator::AsBytes(result.values.at(0).value) + " " + Hex(is_cut ? long_value : value);
 }
 
 std::uint32_t AddFile(emulator::Host& host, const Question& question) {
