@@ -18,13 +18,6 @@ std::int32_t ConvertResultToInteger() {
   return value;
 }
 
-void DropResult() {
-  static HostString result;  // the host fills it; nobody reads it, nor need it lie on the stack
-  result.count = HostString::kCapacity;
-  RaiseCallin(Services().convert_result(kConvertToCountedString, &result));
-  if (result.count > HostString::kCapacity) throw kFailedCallin;
-}
-
 std::span<const std::uint8_t> PopString() {
   int length = 0;
   unsigned char* bytes = nullptr;

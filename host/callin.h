@@ -32,8 +32,17 @@ void CallMethod(std::uint32_t oref, std::string_view name, ResultWanted wanted, 
 }
 
 std::int32_t ConvertResultToInteger();
+
 /// Fetches the result as a counted string and drops it. A count above 32767 is a failed callin (-1).
-void DropResult();
+inline void DropResult() {   // here, because every event of a decomposition ends with it
+  static HostString result;  // the host fills it; nobody reads it, nor need it lie on the stack
+  result.count = HostString::kCapacity;
+  RaiseCallin(Services().convert_result(kConvertToCountedString, &result));
+  if (result.count > HostString::kCapacity) [[unlikely]] {
+    RaiseStatus(kFailedCallin);
+  }
+}
+
 /// The bytes stay the host's: copy them before the next callin. A negative length, or no bytes with a length
 /// above zero, is a failed callin (-1).
 std::span<const std::uint8_t> PopString();
