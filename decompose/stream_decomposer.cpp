@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "decompose/four_bytes.h"
 #include "decompose/stop_question.h"
 #include "dicom/dictionary.h"
 #include "dicom/transfer_syntax.h"
@@ -12,40 +13,6 @@ namespace vessa {
 namespace {
 
 constexpr std::uint32_t kNoClient = 0;
-constexpr std::size_t kReservedBytes = 2;
-
-/// The next bytes of a stream: out of those at hand, where they reach, for headers are short and many.
-template <std::size_t kCount>
-std::array<std::uint8_t, kCount> ReadBytes(CVessaInputStream& stream) {
-  std::array<std::uint8_t, kCount> bytes;
-  if (stream.CanTake(kCount)) [[likely]] {
-    std::copy_n(stream.AtHand().data(), kCount, bytes.data());
-    stream.Take(kCount);
-  } else {
-    RaiseIfNegative(stream.Read(bytes));
-  }
-  return bytes;
-}
-
-void SkipBytes(CVessaInputStream& stream, std::size_t count) {
-  if (stream.CanTake(count)) [[likely]] {
-    stream.Take(count);
-  } else {
-    RaiseIfNegative(stream.Skip(static_cast<std::int64_t>(count)));
-  }
-}
-
-/// The 4 bytes of the next tag, without moving.
-/// @return  false at the end of the stream
-bool PeekTagBytes(CVessaInputStream& stream, std::array<std::uint8_t, 4>& bytes) {
-  if (stream.CanTake(bytes.size())) [[likely]] {
-    std::copy_n(stream.AtHand().data(), bytes.size(), bytes.data());
-    return true;
-  }
-  bool at_end = false;
-  RaiseIfNegative(stream.Peek(bytes, at_end));
-  return !at_end;
-}
 
 bool AllowsUndefinedLength(Vr vr) {
   return vr == kVrSQ || vr == kVrUN || vr == kVrOB || vr == kVrOW || vr == kVrNA;
@@ -56,8 +23,7 @@ void RequireSoundLength(Vr vr, std::uint32_t length) {
     if (AllowsUndefinedLength(vr)) return;
     throw CDecomposeException(
         "DecomposeElement reading VR and data length: Element specifies undefined length but VR '%1' does "
-        "not "
-        "allow it",
+        "not allow it",
         vr.Text());
   }
   if (length % 2 != 0) {
@@ -121,17 +87,35 @@ StreamDecomposer::Progress StreamDecomposer::DecomposeElementsUpTo(std::int64_t 
   return Progress::kDone;
 }
 
+// VR and length, in stream order:
+//   VR        2 bytes   two letters; absent in implicit syntaxes
+//   reserved  2 bytes   only between a VR and a 4-byte length
+//   length    2 or 4    bytes of value, or kUndefinedLength
+inline StreamDecomposer::VRAndLength StreamDecomposer::ReadVRAndLength(Tag tag) {
+  VRAndLength header;
+  if (has_explicit_vrs_) {
+    const FourBytes start = ReadFourBytes(stream_);  // the VR, and the reserved bytes or a 2-byte length
+    header.vr = Vr(static_cast<char>(start[0]), static_cast<char>(start[1]));
+    header.length = HasLongLength(header.vr) ? ReadLength() : ReadUnsigned(byte_order_, 2, start.data() + 2);
+  } else {
+    header.vr = implicit_vrs_.Find(tag);
+    header.length = ReadLength();
+  }
+  RequireSoundLength(header.vr, header.length);
+  return header;
+}
+
 // Element, in stream order:
 //   tag      4 bytes   group, element
 //   VR and length      see ReadVRAndLength; also behind delimitation tags
 //   value    length bytes, or items up to a delimitation
 StreamDecomposer::Progress StreamDecomposer::DecomposeElement(ElementLoop mode) {
-  std::array<std::uint8_t, 4> tag_bytes;
-  if (!PeekTagBytes(stream_, tag_bytes)) return Progress::kAtEnd;
+  FourBytes tag_bytes;
+  if (!PeekFourBytes(stream_, tag_bytes)) return Progress::kAtEnd;
   const Tag tag = ReadTag(byte_order_, tag_bytes);
   if (client_oref_ != kNoClient && ShouldStopDecomposition(client_oref_, tag)) return Progress::kDone;
 
-  SkipBytes(stream_, tag_bytes.size());
+  SkipFourBytes(stream_);
   const auto [vr, length] = ReadVRAndLength(tag);
   if (tag == kItem) throw CDecomposeException("Expected [Item Delimitation] or element, got [Item]");
   if (tag == kItemDelimitation) {
@@ -152,29 +136,6 @@ StreamDecomposer::Progress StreamDecomposer::DecomposeElement(ElementLoop mode) 
   }
   RaiseIfNegative(handler_.EndElement(tag));
   return Progress::kWhole;
-}
-
-// VR and length, in stream order:
-//   VR        2 bytes   two letters; absent in implicit syntaxes
-//   reserved  2 bytes   only between a VR and a 4-byte length
-//   length    2 or 4    bytes of value, or kUndefinedLength
-StreamDecomposer::VRAndLength StreamDecomposer::ReadVRAndLength(Tag tag) {
-  VRAndLength header;
-  if (has_explicit_vrs_) {
-    const std::array<std::uint8_t, 2> vr = ReadBytes<2>(stream_);
-    header.vr = Vr(static_cast<char>(vr[0]), static_cast<char>(vr[1]));
-    if (HasLongLength(header.vr)) {
-      SkipBytes(stream_, kReservedBytes);
-      header.length = ReadLength<4>();
-    } else {
-      header.length = ReadLength<2>();
-    }
-  } else {
-    header.vr = LookupVr(tag).value_or(kVrUN);
-    header.length = ReadLength<4>();
-  }
-  RequireSoundLength(header.vr, header.length);
-  return header;
 }
 
 /// @return  kOpened, or kWhole for a sequence of length 0 that the handler does not want to hear of
@@ -302,13 +263,12 @@ std::uint32_t StreamDecomposer::DeliverFragments(Tag tag) {
 }
 
 StreamDecomposer::TagAndLength StreamDecomposer::ReadTagAndLength() {
-  const Tag tag = ReadTag(byte_order_, ReadBytes<4>(stream_));
-  return {tag, ReadLength<4>()};
+  const Tag tag = ReadTag(byte_order_, ReadFourBytes(stream_));
+  return {tag, ReadLength()};
 }
 
-template <std::size_t kSize>
 std::uint32_t StreamDecomposer::ReadLength() {
-  return ReadUnsigned(byte_order_, kSize, ReadBytes<kSize>(stream_).data());
+  return ReadUnsigned(byte_order_, 4, ReadFourBytes(stream_).data());
 }
 
 }  // namespace vessa

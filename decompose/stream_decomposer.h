@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "decompose/content_handler_interface.h"
+#include "decompose/recent_vrs.h"
 #include "dicom/byte_order.h"
 #include "stream/input_stream.h"
 
@@ -74,7 +75,6 @@ class StreamDecomposer {
   std::uint32_t DeliverFragments(Tag tag);
 
   TagAndLength ReadTagAndLength();
-  template <std::size_t kSize>
   std::uint32_t ReadLength();
 
   CVessaInputStream& stream_;
@@ -86,6 +86,7 @@ class StreamDecomposer {
   std::string_view transfer_syntax_;
   ByteOrder byte_order_ = ByteOrder::kLittleEndian;
   bool has_explicit_vrs_ = false;
+  RecentVrs implicit_vrs_;
 
   std::vector<OpenSequence> open_;  // outermost first
 };
