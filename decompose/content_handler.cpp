@@ -25,7 +25,8 @@ std::int32_t LettersOf(Vr vr) {
 template <ArgumentFormat kFormat, class... Values>
 Status CContentHandler::CallEvent(std::string_view method, const Values&... values) {
   try {
-    CallMethod<kFormat>(oref_, method, ResultWanted::kYes, values...);
+    PushMethod(oref_, method, ResultWanted::kYes);
+    InvokeMethod(PushArguments<kFormat>(values...));
     DropResult();
   } catch (const Status status) {
     RaiseEventFailure(method, status);
