@@ -14,7 +14,7 @@ CVessaBinaryFileInputStream::CVessaBinaryFileInputStream(std::string name) : nam
 Status CVessaBinaryFileInputStream::Open() {
   file_.reset(OpenForReading(name_));
   if (!file_) return E_INVALIDARG;
-  std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the window is the buffer
+  static_cast<void>(std::setvbuf(file_.get(), nullptr, _IONBF, 0));  // the window is the buffer
   EmptyWindow(TellFile(file_.get()));
   return kSuccess;
 }

@@ -18,6 +18,7 @@ class CVessaBinaryFileInputStream final : public CVessaInputStream {
  public:
   /// @param name  in the system's code page
   explicit CVessaBinaryFileInputStream(std::string name);
+  ~CVessaBinaryFileInputStream() override = default;
   CVessaBinaryFileInputStream(const CVessaBinaryFileInputStream&) = delete;
   CVessaBinaryFileInputStream& operator=(const CVessaBinaryFileInputStream&) = delete;
 
@@ -40,7 +41,7 @@ class CVessaBinaryFileInputStream final : public CVessaInputStream {
 
  private:
   struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
+    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
   };
 
   static constexpr std::size_t kWindowBytes = 8192;

@@ -16,6 +16,7 @@ namespace vessa {
 class CVessaBinaryOutputStream {
  public:
   explicit CVessaBinaryOutputStream(std::uint32_t oref) : oref_{oref} {}
+  ~CVessaBinaryOutputStream() = default;
   CVessaBinaryOutputStream(const CVessaBinaryOutputStream&) = delete;
   CVessaBinaryOutputStream& operator=(const CVessaBinaryOutputStream&) = delete;
 

@@ -25,10 +25,10 @@ std::string ValueMember(const ElementAnswer& answer, const CharacterSets& charac
   if (answer.value.empty() || vr.kind == ValueKind::kSequence) return "";
   if (vr.kind != ValueKind::kBytes) {
     if (const auto values = JsonValuesOf(vr, answer.value, characters)) {
-      return values->array.empty() ? "" : fmt::format(",\"Value\":{}", values->array);
+      return values->array.empty() ? "" : fmt::format(R"(,"Value":{})", values->array);
     }
   }
-  return fmt::format(",\"InlineBinary\":\"{}\"", Base64(answer.value));
+  return fmt::format(R"(,"InlineBinary":"{}")", Base64(answer.value));
 }
 
 }  // namespace
@@ -44,7 +44,7 @@ std::string AnswerText(const ElementAnswer& answer, const CharacterSets& charact
 
 std::string AnswerJson(const std::string& reference, const ElementAnswer& answer,
                        const CharacterSets& characters) {
-  return fmt::format("{{\"reference\":{},\"vr\":{}{}}}", JsonString(PrintableUtf8(reference)),
+  return fmt::format(R"({{"reference":{},"vr":{}{}}})", JsonString(PrintableUtf8(reference)),
                      JsonString(PrintableUtf8(answer.vr)), ValueMember(answer, characters));
 }
 

@@ -12,8 +12,8 @@ namespace vessa {
 /// one of the two alone where the other is missing; "status not set" where both are. Cut at kMaxFailureUnits.
 class FailureText {
  public:
-  FailureText()
-      : size_{0} {}  // NOLINT(cppcoreguidelines-pro-type-member-init): only the used part is ever read
+  // Only the part of the units that is in use is ever read.
+  FailureText() {}  // NOLINT(cppcoreguidelines-pro-type-member-init,modernize-use-equals-default)
 
   void Build(const FrameState& state) noexcept;
   std::u16string_view View() const noexcept { return {units_.data(), size_}; }
@@ -22,7 +22,7 @@ class FailureText {
   void Append(std::string_view text) noexcept;
 
   std::array<char16_t, kMaxFailureUnits> units_;
-  std::size_t size_;
+  std::size_t size_ = 0;
 };
 
 }  // namespace vessa
