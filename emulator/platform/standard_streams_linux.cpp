@@ -15,7 +15,7 @@ int Descriptor(StandardStream stream) {
 
 }  // namespace
 
-void PrepareStandardStreams() { std::signal(SIGPIPE, SIG_IGN); }
+void PrepareStandardStreams() { static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); }
 
 bool IsTerminal(StandardStream stream) { return isatty(Descriptor(stream)) == 1; }
 

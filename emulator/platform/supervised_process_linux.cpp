@@ -80,7 +80,7 @@ ProcessEnd EndOf(int status) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) _exit(EXIT_FAILURE);
   const int exit_code = body();
-  std::fflush(nullptr);
+  static_cast<void>(std::fflush(nullptr));
   _exit(exit_code);
 }
 
@@ -103,7 +103,7 @@ void* SupervisedProcess::SharedBlock() const { return state_->block; }
 
 ProcessEnd SupervisedProcess::Run(const std::function<int()>& body,
                                   const std::function<bool()>& should_stop) {
-  std::fflush(nullptr);  // what is buffered must be written by one process only
+  static_cast<void>(std::fflush(nullptr));  // what is buffered must be written by one process only
   EndSignal end_signal;
   const pid_t parent = getpid();
   const pid_t child = fork();

@@ -156,10 +156,10 @@ ProcessEnd SupervisedProcess::Run(const std::function<int()>& body,
   if (state_->inherited != nullptr) {
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);  // a crash ends the process and asks nobody
     const int exit_code = body();
-    std::fflush(nullptr);
+    static_cast<void>(std::fflush(nullptr));
     std::_Exit(exit_code);
   }
-  std::fflush(nullptr);
+  static_cast<void>(std::fflush(nullptr));
   const Handle job(NewJob());
   const PROCESS_INFORMATION started = StartAgain(state_->mapping.Get());
   const Handle process(started.hProcess);

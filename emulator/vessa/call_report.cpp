@@ -10,7 +10,7 @@ namespace emulator::tool {
 namespace {
 
 std::string StepText(const PathStep& step) {
-  const std::string tag = DisplayTag(step.tag);
+  std::string tag = DisplayTag(step.tag);
   if (step.items == 0) return tag;
   return fmt::format("{} {}item {}", tag, step.item_is_open != 0 ? "" : "after ", step.items);
 }

@@ -40,11 +40,12 @@ class CallCommand : public Command {
   void CheckName(const Library& library) const {
     const vessa::CallOutRow* const row = library.Find(name_);
     const std::string name = PrintableUtf8(name_);
-    if (row == nullptr)
+    if (row == nullptr) {
       throw ToolError(kWrongUsage, fmt::format("no call-out '{}'; 'vessa table' lists them", name));
+    }
     if (std::string_view(row->argument_types) != "Bz") {
       throw ToolError(kWrongUsage,
-                      fmt::format("{} takes arguments \"{}\", and 'vessa call' serves \"Bz\" only", name,
+                      fmt::format(R"({} takes arguments "{}", and 'vessa call' serves "Bz" only)", name,
                                   row->argument_types));
     }
   }

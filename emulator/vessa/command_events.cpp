@@ -31,12 +31,14 @@ class EventsCommand : public Command {
   }
 
   void Run(Session& session) override {
-    if (has_simple_frames_)
+    if (has_simple_frames_) {
       session.TheHost().globals().Set("KevDICOM.Debug", {std::string("simplepixeldataframes")},
                                       std::int64_t{1});
+    }
     StopRule stop;
-    if (!stop_at_.empty())
+    if (!stop_at_.empty()) {
       stop = [last = Dictionary(session).TagNamed(stop_at_)](std::uint32_t tag) { return tag >= last; };
+    }
     if (is_json_) {
       EventJsonPrinter printer(session.Out());
       file_.Open().DecomposeInto(session, printer, stop);

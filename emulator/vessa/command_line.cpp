@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <sstream>
+#include <system_error>
 
 #include "emulator/platform/standard_streams.h"
 #include "emulator/platform/supervised_process.h"
@@ -48,7 +48,8 @@ int PrintHelp(const std::string& text) {
   const bool is_written =
       std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
   if (is_written || errno == EPIPE) return kDone;
-  WriteError(fmt::format("vessa: standard output cannot be written: {}", std::strerror(errno)));
+  WriteError(
+      fmt::format("vessa: standard output cannot be written: {}", std::generic_category().message(errno)));
   return kOutputUnwritable;
 }
 

@@ -2,7 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
+#include <system_error>
 
 #include "emulator/vessa/commands.h"
 
@@ -33,8 +33,8 @@ class SwapCommand : public Command {
       *buffer = {};  // a last unit that is cut short takes in what stands behind it: zeros
       const std::size_t count = std::fread(buffer->bytes, 1, block_bytes, stdin);
       if (std::ferror(stdin) != 0) {
-        throw ToolError(kInputUnreadable,
-                        fmt::format("standard input cannot be read: {}", std::strerror(errno)));
+        throw ToolError(kInputUnreadable, fmt::format("standard input cannot be read: {}",
+                                                      std::generic_category().message(errno)));
       }
       buffer->count = static_cast<std::uint16_t>(count);
       session.Call("zfSwitchByteOrdering", *buffer, unit_bytes_);

@@ -1,5 +1,6 @@
 #include "emulator/vessa/escaped_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -59,13 +60,14 @@ class EscapedTextReader {
 
  private:
   bool TakeEscape() {
-    for (const Designation& designation : kDesignations) {
-      if (!rest_.substr(1).starts_with(designation.sequence)) continue;
-      (designation.side == Side::kLeft ? sets_.left : sets_.right) = designation.set;
-      rest_.remove_prefix(1 + designation.sequence.size());
-      return true;
-    }
-    return false;
+    const auto stands_here = [this](const Designation& designation) {
+      return rest_.substr(1).starts_with(designation.sequence);
+    };
+    const auto found = std::find_if(kDesignations.begin(), kDesignations.end(), stands_here);
+    if (found == kDesignations.end()) return false;
+    (found->side == Side::kLeft ? sets_.left : sets_.right) = found->set;
+    rest_.remove_prefix(1 + found->sequence.size());
+    return true;
   }
 
   /// Takes ASCII, or as many characters of one designated set as stand together.

@@ -85,17 +85,18 @@ void JsonModel::EndElement(std::uint32_t) {
 }
 
 void JsonModel::CloseValue() {
-  if (element_.has_open_value) {
-    std::string text;
-    element_.encoder.Finish(text);
-    output_.Write(text + "\"");
-    return;
-  }
+  if (!element_.has_open_value) PrintValues();
+  if (!element_.has_open_value) return;
+  std::string text;
+  element_.encoder.Finish(text);
+  output_.Write(text + "\"");
+}
+
+void JsonModel::PrintValues() {
   const auto values = JsonValuesOf(element_.vr, element_.value, scopes_.Characters());
   if (!values && !element_.value.empty()) {  // no values of this VR, but the bytes must not get lost
     element_.vr = FindValueRepresentation("UN");
     AppendBytes(element_.value);
-    CloseValue();
     return;
   }
   output_.Write(fmt::format(R"("vr": "{}")", element_.vr.name));

@@ -49,6 +49,7 @@ class JsonModel : public ContentSink {
   bool IsLeftOut(std::uint32_t tag) const;
   void AppendBytes(std::string_view bytes);
   void CloseValue();
+  void PrintValues();
   std::string Indentation() const;
 
   Output& output_;

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
+#include <system_error>
 
 #include "emulator/vessa/exit_code.h"
 
@@ -14,8 +14,8 @@ namespace {
 
 [[noreturn]] void ThrowWriteError(int error) {
   if (error == EPIPE) throw ReaderGone();
-  throw ToolError(kOutputUnwritable,
-                  fmt::format("standard output cannot be written: {}", std::strerror(error)));
+  throw ToolError(kOutputUnwritable, fmt::format("standard output cannot be written: {}",
+                                                 std::generic_category().message(error)));
 }
 
 }  // namespace
@@ -46,8 +46,8 @@ void Output::Flush() {
 }
 
 void WriteError(std::string_view line) {
-  std::fwrite(line.data(), 1, line.size(), stderr);
-  std::fputc('\n', stderr);
+  static_cast<void>(std::fwrite(line.data(), 1, line.size(), stderr));
+  static_cast<void>(std::fputc('\n', stderr));
 }
 
 }  // namespace emulator::tool

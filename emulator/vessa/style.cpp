@@ -10,7 +10,7 @@ namespace emulator::tool {
 
 Style Style::For(std::optional<bool> wish) {
   if (wish.has_value()) return Style(*wish);
-  const char* const no_colour = std::getenv("NO_COLOR");
+  const char* const no_colour = std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe): one thread
   const bool is_refused = no_colour != nullptr && *no_colour != '\0';
   return Style(!is_refused && IsTerminal(StandardStream::kOutput));
 }

@@ -5,6 +5,7 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <utility>
 
 #include "emulator/vessa/exit_code.h"
 #include "emulator/vessa/printable_text.h"
@@ -62,30 +63,51 @@ void AppendDouble(ListBuilder& list, std::string_view text, std::string_view wor
   list.Double(*value);
 }
 
-/// The words between the brackets of a list. A backslash takes the next character as it is.
-std::vector<std::string> WordsOfList(std::string_view text, std::string_view word) {
-  if (text.size() < 2 || text.front() != '[' || text.back() != ']')
-    ThrowUnreadable(word, "a list, such as l:[i:1,s:a]");
-  text = text.substr(1, text.size() - 2);
-  std::vector<std::string> words;
-  if (!text.empty()) words.emplace_back();
-  std::size_t depth = 0;
-  for (std::size_t index = 0; index < text.size(); ++index) {
-    const char letter = text[index];
-    if (letter == '[') ++depth;
-    if (letter == ']' && depth > 0) --depth;
-    if (letter == ',' && depth == 0) {
-      words.emplace_back();
-    } else if (letter == '\\' && index + 1 < text.size()) {
-      if (depth > 0) words.back() += letter;  // for the list inside, which reads it again
-      words.back() += text[++index];
+/// Takes the words of a list apart: commas part them, except inside the brackets of a list among them. A backslash
+/// takes the next character as it is.
+class WordSplitter {
+ public:
+  void Take(char letter) {
+    if (is_escaped_) {
+      words_.back() += letter;
+      is_escaped_ = false;
+    } else if (letter == '\\') {
+      is_escaped_ = true;
+      if (depth_ > 0) words_.back() += letter;  // for the list inside, which reads it again
+    } else if (letter == ',' && depth_ == 0) {
+      words_.emplace_back();
     } else {
-      words.back() += letter;
+      CountBracket(letter);
+      words_.back() += letter;
     }
   }
-  return words;
+
+  std::vector<std::string> Words() && { return std::move(words_); }
+
+ private:
+  void CountBracket(char letter) {
+    if (letter == '[') ++depth_;
+    if (letter == ']' && depth_ > 0) --depth_;
+  }
+
+  std::vector<std::string> words_{1};
+  std::size_t depth_ = 0;
+  bool is_escaped_ = false;
+};
+
+std::vector<std::string> WordsOfList(std::string_view text, std::string_view word) {
+  if (text.size() < 2 || text.front() != '[' || text.back() != ']') {
+    ThrowUnreadable(word, "a list, such as l:[i:1,s:a]");
+  }
+  text = text.substr(1, text.size() - 2);
+  if (text.empty()) return {};
+  WordSplitter splitter;
+  for (const char letter : text) splitter.Take(letter);
+  return std::move(splitter).Words();
 }
 
+// A list among the words is read by the functions that read the words; kDeepestNesting ends that.
+// NOLINTBEGIN(misc-no-recursion)
 ListBuilder ParseWords(const std::vector<std::string>& words, std::size_t nesting);
 
 void AppendWord(ListBuilder& list, std::string_view word, std::size_t nesting) {
@@ -118,6 +140,7 @@ ListBuilder ParseWords(const std::vector<std::string>& words, std::size_t nestin
   for (const std::string& word : words) AppendWord(list, word, nesting);
   return list;
 }
+// NOLINTEND(misc-no-recursion)
 
 std::string Quoted(const std::string& text) { return fmt::format("\"{}\"", text); }
 

@@ -48,12 +48,14 @@ ToolRun RunTool(const std::vector<std::string>& arguments, std::string_view inpu
   for (const std::string& argument : arguments) command_line += " " + Quoted(argument);
   command_line += " <" + Quoted(MakeFile("input", input));
   command_line += " >" + Quoted(PathOf("output")) + " 2>" + Quoted(PathOf("errors"));
-  const int status = std::system(ForShell(command_line).c_str());
+  // The shell is what users run the tool from.
+  const int status =
+      std::system(ForShell(command_line).c_str());  // NOLINT(cert-env33-c,concurrency-mt-unsafe)
   return {ExitCodeOf(status), ReadFile(PathOf("output")), ReadFile(PathOf("errors"))};
 }
 
 std::string MakeFile(const std::string& name, std::string_view bytes) {
-  const std::string path = PathOf(name);
+  std::string path = PathOf(name);
   std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   return path;
 }
