@@ -47,8 +47,10 @@ Status StreamDecomposer::DecomposeStream(std::string_view transfer_syntax) {
   }
   transfer_syntax_ = transfer_syntax;
   byte_order_ = ByteOrderOf(transfer_syntax);
-  has_explicit_vrs_ = IsExplicitVRTransferSyntax(transfer_syntax);
-  if (!has_explicit_vrs_) InitialiseDictionary();
+  if (!IsExplicitVRTransferSyntax(transfer_syntax)) {
+    InitialiseDictionary();
+    implicit_vrs_.emplace();
+  }
 
   handler_.Reset();
   RaiseIfNegative(handler_.StartContent(transfer_syntax));
@@ -93,13 +95,13 @@ StreamDecomposer::Progress StreamDecomposer::DecomposeElementsUpTo(std::int64_t 
 //   length    2 or 4    bytes of value, or kUndefinedLength
 inline StreamDecomposer::VRAndLength StreamDecomposer::ReadVRAndLength(Tag tag) {
   VRAndLength header;
-  if (has_explicit_vrs_) {
+  if (implicit_vrs_) {
+    header.vr = implicit_vrs_->Find(tag);
+    header.length = ReadLength();
+  } else {
     const FourBytes start = ReadFourBytes(stream_);  // the VR, and the reserved bytes or a 2-byte length
     header.vr = Vr(static_cast<char>(start[0]), static_cast<char>(start[1]));
     header.length = HasLongLength(header.vr) ? ReadLength() : ReadUnsigned(byte_order_, 2, start.data() + 2);
-  } else {
-    header.vr = implicit_vrs_.Find(tag);
-    header.length = ReadLength();
   }
   RequireSoundLength(header.vr, header.length);
   return header;

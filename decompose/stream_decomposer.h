@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -85,8 +86,7 @@ class StreamDecomposer {
   // The transfer syntax, and what it decides.
   std::string_view transfer_syntax_;
   ByteOrder byte_order_ = ByteOrder::kLittleEndian;
-  bool has_explicit_vrs_ = false;
-  RecentVrs implicit_vrs_;
+  std::optional<RecentVrs> implicit_vrs_;  // none where the stream holds VRs
 
   std::vector<OpenSequence> open_;  // outermost first
 };
