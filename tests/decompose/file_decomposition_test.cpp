@@ -50,13 +50,15 @@ class Notes : public vessa::CContentHandlerInterface {
 };
 
 class FileDecomposition : public EmulatedHost {
- protected:
-  FileDecomposition()
-      : path_{fs::temp_directory_path() / ("vessa_decompose_" + std::to_string(std::random_device()()))} {}
+ public:
   ~FileDecomposition() override {
     std::error_code ignored;
     fs::remove(path_, ignored);
   }
+
+ protected:
+  FileDecomposition()
+      : path_{fs::temp_directory_path() / ("vessa_decompose_" + std::to_string(std::random_device()()))} {}
 
   std::string DecomposeFile(const std::string& bytes, Notes& notes,
                             const char* syntax = dicom_bytes::kExplicitLittleEndian) {

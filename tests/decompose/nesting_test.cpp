@@ -138,12 +138,13 @@ using HostNesting = Decomposition;
 TEST_F(HostNesting, ReachesTheHostLevelByLevel) {
   EXPECT_EQ(Decompose(DefinedNesting(1000)), kNoFailure);
   const Lines events = Events();
-  ASSERT_EQ(events.size(), 1000 * 6 + 2 * 3 + 1U);
+  constexpr std::size_t kInnermost = std::size_t{3} * 1000;  // behind StartElement, StartSequence, StartItem
+  ASSERT_EQ(events.size(), kInnermost + 3 + kInnermost + 3 + 1);
   EXPECT_EQ(events[0], "StartElement 00081140 SQ 19998");
-  EXPECT_EQ(events[3 * 999 + 2], "StartItem 00081140 10");
-  EXPECT_EQ(events[3 * 1000], "StartElement 00100010 PN 2");
-  EXPECT_EQ(events[3 * 1000 + 3], "EndItem 00081140 10");
-  EXPECT_EQ(events[3 * 1000 + 3 + 2999], "EndElement 00081140");
+  EXPECT_EQ(events[kInnermost - 1], "StartItem 00081140 10");
+  EXPECT_EQ(events[kInnermost], "StartElement 00100010 PN 2");
+  EXPECT_EQ(events[kInnermost + 3], "EndItem 00081140 10");
+  EXPECT_EQ(events[kInnermost + 3 + kInnermost - 1], "EndElement 00081140");
 }
 
 // --- Many items and elements

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::size_t kStackBytes = 256 * 1024;
+constexpr std::size_t kStackBytes = std::size_t{256} * 1024;
 
 void* Run(void* action) {
   (*static_cast<const std::function<void()>*>(action))();

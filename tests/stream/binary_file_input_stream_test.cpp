@@ -18,6 +18,8 @@ using vessa::kSuccess;
 
 namespace fs = std::filesystem;
 
+std::mt19937 RandomNumbers(unsigned seed) { return std::mt19937(seed); }
+
 /// A file that is gone with the test.
 class TemporaryFile {
  public:
@@ -216,7 +218,7 @@ TEST(BinaryFileInputStream, AnswersAsTheCLibraryDoes) {
   ASSERT_EQ(stream.Open(), kSuccess);
   std::FILE* const peer = std::fopen(file.Name().c_str(), "rb");
   ASSERT_NE(peer, nullptr);
-  std::mt19937 random(2);
+  std::mt19937 random = RandomNumbers(2);
   for (int step = 0; step < 5000; ++step) {
     const std::size_t count = random() % (random() % 10 == 0 ? 20000 : 20);
     std::string expected(count, '?');
@@ -227,15 +229,15 @@ TEST(BinaryFileInputStream, AnswersAsTheCLibraryDoes) {
         break;
       }
       case 1: {
-        const long at = std::ftell(peer);
+        const auto at = std::ftell(peer);
         const std::size_t found = std::fread(expected.data(), 1, count, peer);
-        std::fseek(peer, at, SEEK_SET);
+        ASSERT_EQ(std::fseek(peer, at, SEEK_SET), 0);
         if (found < count) expected = found > 0 ? StatusText(E_INVALIDARG) : "end";
         ASSERT_EQ(PeekBytes(stream, count), expected);
         break;
       }
       case 2: {
-        const auto distance = static_cast<long>(count) * (random() % 3 == 0 ? -2 : 1);
+        const int distance = static_cast<int>(count) * (random() % 3 == 0 ? -2 : 1);
         ASSERT_EQ(stream.Skip(distance) == kSuccess, std::fseek(peer, distance, SEEK_CUR) == 0);
         break;
       }
@@ -245,7 +247,7 @@ TEST(BinaryFileInputStream, AnswersAsTheCLibraryDoes) {
     }
     ASSERT_EQ(stream.GetPosition(), std::ftell(peer) + 1);
   }
-  std::fclose(peer);
+  EXPECT_EQ(std::fclose(peer), 0);
 }
 
 }  // namespace

@@ -28,6 +28,8 @@ class BinaryInputStream : public EmulatedHost {
   std::shared_ptr<MemoryStream> served_;
 };
 
+std::mt19937 RandomNumbers(unsigned seed) { return std::mt19937(seed); }
+
 Lines SkipCalls(int oref, int count) {
   return {"PushMethod " + std::to_string(oref) + " \"Skip\" 0", "PushInteger " + std::to_string(count),
           "InvokeMethod 1"};
@@ -256,7 +258,7 @@ TEST_F(BinaryInputStream, CannotPassOverBytesUnread) {
 // host's stream ends behind the last one read.
 TEST_F(BinaryInputStream, GivesTheBytesOfTheStreamInOrder) {
   const std::string bytes = SomeBytes(5000);
-  std::mt19937 random(1);
+  std::mt19937 random = RandomNumbers(1);
   for (const std::size_t look_ahead : {std::size_t{1}, std::size_t{7}, std::size_t{64}, std::size_t{8000}}) {
     std::size_t at = 0;
     {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstdint>
 #include <cstdlib>
@@ -93,11 +95,9 @@ class DataSetBytes {
 
  private:
   static bool HasLongLength(std::string_view vr) {
-    for (const char* const other :
-         {"OB", "OD", "OF", "OL", "OV", "OW", "SQ", "SV", "UC", "UN", "UR", "UT", "UV"}) {
-      if (vr == other) return true;
-    }
-    return false;
+    constexpr std::array<std::string_view, 13> kLong = {"OB", "OD", "OF", "OL", "OV", "OW", "SQ",
+                                                        "SV", "UC", "UN", "UR", "UT", "UV"};
+    return std::find(kLong.begin(), kLong.end(), vr) != kLong.end();
   }
 
   VrForm form_;

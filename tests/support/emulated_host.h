@@ -16,9 +16,11 @@
 /// A test whose callbacks go to a host of its own. Whatever the test did, nothing may be left on the host's
 /// stack after calls that succeeded: see ExpectCleanStack.
 class EmulatedHost : public ::testing::Test {
+ public:
+  ~EmulatedHost() override { vessa::SetHostServices(nullptr); }
+
  protected:
   EmulatedHost() { vessa::SetHostServices(emulator::Host::Table()); }
-  ~EmulatedHost() override { vessa::SetHostServices(nullptr); }
 
   std::uint32_t Add(std::shared_ptr<emulator::Object> object) { return host_.Add(std::move(object)); }
 
