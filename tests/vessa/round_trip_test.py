@@ -177,4 +177,4 @@ class RoundTrip(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main()
+    unittest.main(verbosity=2)

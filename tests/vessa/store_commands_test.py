@@ -184,4 +184,4 @@ class StoreCommands(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main()
+    unittest.main(verbosity=2)
