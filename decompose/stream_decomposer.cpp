@@ -203,8 +203,8 @@ void StreamDecomposer::DeliverData(Tag tag, std::uint32_t length) {
     RaiseIfNegative(handler_.Data(tag, 1, {}));
     return;
   }
-  if (length <= kValueChunkBytes && stream_.CanTake(length))
-      [[likely]] {  // a short value is handed on where it lies
+  if (length <= kValueChunkBytes && stream_.CanTake(length)) [[likely]] {
+    // A short value is handed on where it lies.
     const std::span<const std::uint8_t> value = stream_.AtHand().first(length);
     stream_.Take(length);
     RaiseIfNegative(handler_.Data(tag, 1, value));
