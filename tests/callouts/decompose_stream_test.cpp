@@ -1,41 +1,16 @@
-#include <gmock/gmock.h>
-
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "emulator/client.h"
-#include "emulator/event_log.h"
-#include "emulator/stream_object.h"
-#include "tests/callouts/loaded_library.h"
-#include "tests/support/dicom_bytes.h"
+#include "tests/callouts/decomposing.h"
 
 namespace emulator {
 namespace {
 
-using dicom_bytes::DataSetBytes;
 using dicom_bytes::kExplicitLittleEndian;
-using dicom_bytes::kImplicitLittleEndian;
-using dicom_bytes::VrForm;
 using testing::ElementsAre;
 
-const DataSetBytes kExplicit(VrForm::kExplicit);
-
-class DecomposeStream : public LoadedLibrary {
- protected:
-  ListResult Decompose(const std::string& bytes, std::string_view syntax = kExplicitLittleEndian) {
-    auto [stream, stream_oref] = Make<MemoryStream>(bytes);
-    auto [log, log_oref] = Make<EventLog>();
-    stream_ = stream;
-    log_ = log;
-    return Call("zfDecomposeStream",
-                ListBuilder().Integer(stream_oref).String(syntax).Integer(log_oref).Integer(client_oref_));
-  }
-
-  std::shared_ptr<MemoryStream> stream_;
-  std::shared_ptr<EventLog> log_;
-  std::uint32_t client_oref_ = 0;
-};
+class DecomposeStream : public Decomposing {};
 
 TEST_F(DecomposeStream, ReportsAnEmptyStreamAsContentWithoutElements) {
   const ListResult result = Decompose("");

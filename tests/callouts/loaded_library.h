@@ -10,6 +10,7 @@
 #include "emulator/host.h"
 #include "emulator/library.h"
 #include "emulator/list.h"
+#include "tests/callouts/next_call.h"
 
 namespace emulator {
 
@@ -19,9 +20,12 @@ inline const Library& TheLibrary() {
   return library;
 }
 
-/// A fresh host for each test. After a test nothing may be left on its stack but what a failed call had pushed.
+/// A fresh host for each test. After a test nothing may be left on its stack but what a failed call had pushed, and
+/// the next calls work.
 class LoadedLibrary : public testing::Test {
  protected:
+  void TearDown() override { ExpectTheNextCallsToWork(); }
+
   static ListResult Call(std::string_view name, const ListBuilder& arguments) {
     return TheLibrary().CallList(name, arguments);
   }

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <sstream>
-
 #include "decompose/content_handler.h"
 #include "decompose/stream_decomposer.h"
 #include "emulator/client.h"
@@ -12,8 +10,7 @@
 #include "tests/decompose/impatient_stream.h"
 #include "tests/support/dicom_bytes.h"
 #include "tests/support/emulated_host.h"
-
-using Lines = std::vector<std::string>;
+#include "tests/support/event_script.h"
 
 inline const dicom_bytes::DataSetBytes kExplicit(dicom_bytes::VrForm::kExplicit);
 inline const dicom_bytes::DataSetBytes kImplicit(dicom_bytes::VrForm::kImplicit);
@@ -21,17 +18,6 @@ inline const dicom_bytes::DataSetBytes kImplicit(dicom_bytes::VrForm::kImplicit)
 inline const std::string kNoFailure = "no failure";
 inline const std::string kNeverReturns = "never returns";
 inline const std::string kEndedTooEarly = StatusText(vessa::E_FAIL);
-
-/// The lines of a text without empty ones; blanks in front of a line only show the nesting.
-inline Lines Script(const std::string& text) {
-  Lines lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) {
-    const std::size_t start = line.find_first_not_of(' ');
-    if (start != std::string::npos) lines.push_back(line.substr(start));
-  }
-  return lines;
-}
 
 /// Decomposes bytes from a host stream object into a host content handler object.
 class Decomposition : public EmulatedHost {

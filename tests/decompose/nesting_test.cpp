@@ -1,7 +1,7 @@
 #include <chrono>
 
 #include "tests/decompose/decomposition.h"
-#include "tests/decompose/small_stack.h"
+#include "tests/support/small_stack.h"
 
 // Sequences in sequences, as deep as an input likes.
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <stdexcept>
 
-#include "tests/decompose/small_stack.h"
+#include "tests/support/small_stack.h"
 
 namespace {
 

@@ -1,3 +1,3 @@
-#include "tests/decompose/small_stack.h"
+#include "tests/support/small_stack.h"
 
 void RunOnSmallStack(const std::function<void()>& action) { action(); }
