@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "emulator/host.h"
+
+namespace emulator {
+
+/// How a call went that may never return.
+struct WatchedCall {
+  bool returned = false;
+  /// The callbacks that it made, a line each (see CallbackLine), up to its return or to where it fell silent.
+  std::vector<std::string> callbacks;
+
+  /// Methods called and properties read, in order.
+  std::vector<std::string> Names() const;
+};
+
+/// Runs the call in a process of its own, on a new host that is handed to it. A call that makes no callback for half a
+/// second is ended with its process; so is any after a minute.
+WatchedCall Watch(const std::function<void(Host&)>& call);
+
+/// Where a process cannot be split in two, Watch starts this program again; this has it come to that test at once.
+void StartAgainWith(const std::string& full_test_name);
+
+}  // namespace emulator
