@@ -5,8 +5,8 @@
 #include "compose/byte_text.h"
 #include "compose/compose_exception.h"
 #include "compose/data_global.h"
-#include "compose/decimal_key.h"
 #include "host/callin_error_text.h"
+#include "platform/number_text.h"
 
 namespace vessa {
 
@@ -70,7 +70,7 @@ bool CGlobalContentSource::NextSequenceTagKey(const std::string& item_key, std::
 
 /// Fills in the element whose node number was read last. Always true: there is one.
 bool CGlobalContentSource::ReadElement(ContentElement& element) {
-  element.node = ParseNodeNumber(node_text_);
+  element.node = ParseInteger32(node_text_);
   element.vr = ReadVr(element.node);
   return true;
 }

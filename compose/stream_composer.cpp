@@ -4,12 +4,12 @@
 #include <optional>
 
 #include "compose/compose_exception.h"
-#include "compose/decimal_key.h"
 #include "compose/swap_unit.h"
 #include "compose/value_writer.h"
 #include "dicom/byte_order.h"
 #include "dicom/dictionary.h"
 #include "dicom/transfer_syntax.h"
+#include "platform/number_text.h"
 #include "stream/binary_output_stream.h"
 
 namespace vessa {
@@ -29,7 +29,7 @@ class FlushAtExit {
 };
 
 /// Keys are tags in decimal; all 32 bits count.
-Tag TagOf(const std::string& key) { return Tag(static_cast<std::uint32_t>(ParseKeyNumber(key))); }
+Tag TagOf(const std::string& key) { return Tag(static_cast<std::uint32_t>(ParseInteger64(key))); }
 
 /// Fills in the dictionary's VR, placeholders included, where the content holds none.
 void ResolveVr(Tag tag, Vr& vr) {

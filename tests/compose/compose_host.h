@@ -6,7 +6,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "compose/compose_exception.h"
 #include "compose/global_content_source.h"
@@ -16,6 +15,8 @@
 #include "emulator/stream_object.h"
 #include "host/callin.h"
 #include "stream/binary_output_stream.h"
+#include "tests/support/dicom_bytes.h"
+#include "tests/support/stored_data_set.h"
 
 inline constexpr const char* kImplicitLittle = "1.2.840.10008.1.2";
 inline constexpr const char* kExplicitLittle = "1.2.840.10008.1.2.1";
@@ -35,49 +36,23 @@ std::string FailureOf(Work work) {
   }
 }
 
-/// A host that keeps the data set "ID" in ^KevDICOM.Data and takes what is composed from it.
-class ComposeHost {
- public:
-  static constexpr const char* kId = "ID";
+/// What has to be there before the data set that it holds.
+struct OwnHost {
+  emulator::Host host;
+};
 
-  ComposeHost() : output_{std::make_shared<emulator::MemoryStream>()}, output_oref_{host_.Add(output_)} {
+/// A host that keeps the data set "ID" in ^KevDICOM.Data and takes what is composed from it.
+class ComposeHost : private OwnHost, public StoredDataSet {
+ public:
+  ComposeHost()
+      : StoredDataSet{host},
+        output_{std::make_shared<emulator::MemoryStream>()},
+        output_oref_{host.Add(output_)} {
     vessa::SetHostServices(emulator::Host::Table());
     vessa::InitialiseDictionary();
   }
 
-  emulator::Host& Host() { return host_; }
-
-  /// Sets the node (ID, subscripts...).
-  void Set(std::vector<emulator::Value> subscripts, const emulator::Value& value) {
-    subscripts.insert(subscripts.begin(), std::string(kId));
-    host_.globals().Set("KevDICOM.Data", subscripts, value);
-  }
-
-  /// An element at the top level, without a VR where `vr` is empty.
-  void Top(std::uint32_t tag, std::int64_t node, const std::string& vr, const std::string& value) {
-    Set({std::int64_t{0}, std::string("c"), std::int64_t{0}, std::int64_t{tag}}, node);
-    Element(node, vr, value);
-  }
-  void InItem(std::int64_t sequence, std::int64_t item, std::uint32_t tag, std::int64_t node,
-              const std::string& vr, const std::string& value) {
-    Set({sequence, std::string("c"), item, std::int64_t{tag}}, node);
-    Element(node, vr, value);
-  }
-  void TopSequence(std::uint32_t tag, std::int64_t node) {
-    Set({std::int64_t{0}, std::string("c"), std::int64_t{0}, std::int64_t{tag}}, node);
-    Set({node, std::string("v")}, std::string("SQ"));
-  }
-  void SequenceInItem(std::int64_t sequence, std::int64_t item, std::uint32_t tag, std::int64_t node) {
-    Set({sequence, std::string("c"), item, std::int64_t{tag}}, node);
-    Set({node, std::string("v")}, std::string("SQ"));
-  }
-  void EmptyItem(std::int64_t sequence, std::int64_t item) {
-    Set({sequence, std::string("c"), item}, std::string());
-  }
-  void Chunk(std::int64_t node, std::int64_t k, const std::string& bytes) {
-    Set({node, std::string("d"), k}, bytes);
-  }
-  void MarkUndefined(std::int64_t node) { Set({node, std::string("l")}, std::int64_t{1}); }
+  emulator::Host& Host() { return host; }
 
   /// The stream from which top-level Pixel Data are taken from now on.
   emulator::MemoryStream& PixelData(const std::string& bytes) {
@@ -87,7 +62,7 @@ class ComposeHost {
   }
   void PixelStream(std::shared_ptr<emulator::MemoryStream> stream) {
     pixels_ = std::move(stream);
-    pixels_oref_ = host_.Add(pixels_);
+    pixels_oref_ = host.Add(pixels_);
   }
 
   /// How composing ended; see FailureOf.
@@ -113,12 +88,6 @@ class ComposeHost {
   std::uint16_t BitsAllocated() const { return bits_allocated_; }
 
  private:
-  void Element(std::int64_t node, const std::string& vr, const std::string& value) {
-    if (!vr.empty()) Set({node, std::string("v")}, vr);
-    Set({node, std::string("d")}, value);
-  }
-
-  emulator::Host host_;
   std::shared_ptr<emulator::MemoryStream> output_;
   std::uint32_t output_oref_;
   std::shared_ptr<emulator::MemoryStream> pixels_;
@@ -126,24 +95,9 @@ class ComposeHost {
   std::uint16_t bits_allocated_ = 0;
 };
 
-/// The bytes that pairs of hexadecimal digits stand for; blanks are there for the reader.
-inline std::string Hex(std::string_view digits) {
-  const auto value = [](char digit) {
-    return static_cast<unsigned>(digit <= '9' ? digit - '0' : digit - 'A' + 10);
-  };
-  std::string bytes;
-  for (std::size_t at = 0; at < digits.size();) {
-    if (digits[at] == ' ') {
-      ++at;
-      continue;
-    }
-    bytes.push_back(static_cast<char>(value(digits[at]) << 4 | value(digits[at + 1])));
-    at += 2;
-  }
-  return bytes;
-}
+using dicom_bytes::Hex;
 
-/// The other way round, for failure reports.
+/// Bytes as hexadecimal digits, for failure reports.
 inline std::string Digits(std::string_view bytes) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string digits;
