@@ -27,11 +27,11 @@ void CVessaBinaryOutputStream::Flush() {
   }
 }
 
-/// @throws Status  the host failed
+/// @throws Status  the host failed; the block is kept unless the host has taken it already
 void CVessaBinaryOutputStream::SendBlock() {
   CallMethod<"*a">(oref_, "Write", ResultWanted::kYes, static_cast<std::int32_t>(filled_), block_.data());
+  filled_ = 0;  // before the result, which may fail: the bytes have arrived and must not go out again
   DropResult();
-  filled_ = 0;
 }
 
 Status WriteTag(CVessaBinaryOutputStream& output, ByteOrder order, Tag tag) {

@@ -21,7 +21,7 @@ class CVessaBinaryOutputStream {
   CVessaBinaryOutputStream& operator=(const CVessaBinaryOutputStream&) = delete;
 
   /// @return  0
-  /// @throws CDecomposeException  the host failed; the block at hand is kept and sent with the next one's turn
+  /// @throws CDecomposeException  the host failed; a block that it has not taken is kept and sent with the next one's turn
   Status WriteBytes(std::span<const std::uint8_t> bytes);
   /// Sends what is left of the last block. A failure of the host is swallowed, and the block kept.
   void Flush();

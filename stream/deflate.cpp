@@ -12,7 +12,7 @@ namespace {
 class DeflateState {
  public:
   explicit DeflateState(std::int32_t level) {
-    if (deflateInit(&state_, level) != Z_OK) throw E_FAIL;
+    if (deflateInit_(&state_, level, kZlibVersion, sizeof state_) != Z_OK) throw E_FAIL;
   }
   ~DeflateState() { deflateEnd(&state_); }
   DeflateState(const DeflateState&) = delete;

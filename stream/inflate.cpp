@@ -12,7 +12,7 @@ namespace {
 class InflateState {
  public:
   InflateState() {
-    if (inflateInit(&state_) != Z_OK) throw E_FAIL;
+    if (inflateInit_(&state_, kZlibVersion, sizeof state_) != Z_OK) throw E_FAIL;
   }
   ~InflateState() { inflateEnd(&state_); }
   InflateState(const InflateState&) = delete;

@@ -10,6 +10,9 @@ namespace vessa {
 /// Host streams are packed and unpacked in blocks of what one host string holds.
 inline constexpr std::size_t kPackBlockBytes = 32767;
 
+/// The version of zlib that the calls are written for; zlib itself refuses those of another major version.
+inline constexpr const char* kZlibVersion = "1.2.13";
+
 using PackBlock = std::array<std::uint8_t, kPackBlockBytes>;
 
 /// Reads the next block with the host method `Read`, into storage of our own: the host may reuse its bytes at

@@ -70,6 +70,14 @@ TEST_F(BinaryOutputStream, SendsABlockThatFailedAgain) {
   EXPECT_EQ(written_->Bytes(), SomeBytes(8000) + "xyz");
 }
 
+TEST_F(BinaryOutputStream, ABlockThatHasArrivedIsNotSentAgainWhenItsResultFails) {
+  host_.faults().FailNth(emulator::Operation::kConvertResult, 1, 15);
+  EXPECT_EQ(FailureOf([&] { Write(SomeBytes(8000)); }), "Callin error writing bytes: 15");
+  host_.ResetStack();
+  output_.Flush();
+  EXPECT_EQ(written_->Bytes(), SomeBytes(8000));
+}
+
 TEST_F(BinaryOutputStream, FlushSwallowsAFailureAndKeepsTheBytes) {
   Write("abc");
   host_.faults().FailNthMethod("Write", 1, 15);
