@@ -22,7 +22,8 @@ class Machine;
 ///
 /// It is strict. It keeps a stack of what was pushed, of calls begun and of results, and refuses whatever
 /// does not follow from that: see the codes in host_error.h. On a refusal, and on a failure by plan, nothing
-/// is pushed and nothing popped. Wanted results stay on the stack until they are popped or converted.
+/// is pushed and nothing popped; reading a node without a value is no refusal, and uses up its reference.
+/// Wanted results stay on the stack until they are popped or converted.
 class Host {
  public:
   /// With globals in memory.

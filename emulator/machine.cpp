@@ -88,8 +88,8 @@ void Machine::GlobalGet(int subscripts, int flag) {
   if (flag != 0) throw HostError{kInvalidArgument};
   const std::size_t begun = stack_.Begun(StackKind::kGlobal, subscripts);
   std::optional<Value> value = host_.globals().GetKey(Key(begun, 0));
-  if (!value) throw HostError{kUndefinedNode};
   stack_.DropFrom(begun);
+  if (!value) throw HostError{kUndefinedNode};  // no refusal: the node was looked up, and its reference is used
   PushResult(*std::move(value));
 }
 

@@ -15,7 +15,8 @@ namespace emulator {
 
 class Host;
 
-/// What the host's callbacks do. Refusals are thrown as HostError, with nothing pushed and nothing popped.
+/// What the host's callbacks do. Refusals are thrown as HostError, with nothing pushed and nothing popped; a node
+/// without a value, which is no refusal, uses up its reference.
 class Machine {
  public:
   explicit Machine(Host& host) : host_(host) {}
