@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <zlib.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -16,21 +15,10 @@
 namespace vessa {
 namespace {
 
+using packed_bytes::Unpacked;
 using ::testing::ElementsAre;
 
 constexpr std::size_t kSizes[] = {0, 1, 32766, 32767, 32768, 1U << 20};
-
-/// zlib's own answer to what was written.
-std::string Unpacked(const std::string& packed, std::size_t size) {
-  std::string bytes(size + 1, '\0');
-  uLongf length = static_cast<uLongf>(bytes.size());
-  const int result =
-      uncompress(reinterpret_cast<Bytef*>(bytes.data()), &length,
-                 reinterpret_cast<const Bytef*>(packed.data()), static_cast<uLong>(packed.size()));
-  if (result != Z_OK) return "no zlib stream: " + std::to_string(result);
-  bytes.resize(length);
-  return bytes;
-}
 
 TEST(Deflate, ZlibUnpacksEverySizeAtEveryLevel) {
   for (const std::size_t size : kSizes) {

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <zlib.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -15,47 +14,13 @@
 namespace vessa {
 namespace {
 
+using packed_bytes::InflatedAsFarAsPossible;
+using packed_bytes::kGzipWindow;
+using packed_bytes::kRawWindow;
+using packed_bytes::kZlibWindow;
+using packed_bytes::Packed;
+
 constexpr std::size_t kSizes[] = {0, 1, 32766, 32767, 32768, 2U * 32767, 1U << 20};
-constexpr int kZlibWindow = 15;
-constexpr int kRawWindow = -15;
-constexpr int kGzipWindow = 15 + 16;
-
-/// Packed by zlib itself, in the format that the window bits choose.
-std::string Packed(const std::string& data, int level, int window_bits = kZlibWindow,
-                   const std::string& dictionary = "") {
-  z_stream state{};
-  deflateInit2(&state, level, Z_DEFLATED, window_bits, 8, Z_DEFAULT_STRATEGY);
-  std::string input = data;
-  std::string preset = dictionary;
-  if (!preset.empty()) {
-    deflateSetDictionary(&state, reinterpret_cast<const Bytef*>(preset.data()),
-                         static_cast<uInt>(preset.size()));
-  }
-  std::string output(data.size() + data.size() / 100 + 1000, '\0');
-  state.next_in = reinterpret_cast<Bytef*>(input.data());
-  state.avail_in = static_cast<uInt>(input.size());
-  state.next_out = reinterpret_cast<Bytef*>(output.data());
-  state.avail_out = static_cast<uInt>(output.size());
-  EXPECT_EQ(deflate(&state, Z_FINISH), Z_STREAM_END);
-  output.resize(output.size() - state.avail_out);
-  deflateEnd(&state);
-  return output;
-}
-
-/// What zlib itself gets out of a stream, up to where it ends or breaks.
-std::string InflatedAsFarAsPossible(std::string packed, std::size_t most) {
-  z_stream state{};
-  inflateInit(&state);
-  std::string output(most, '\0');
-  state.next_in = reinterpret_cast<Bytef*>(packed.data());
-  state.avail_in = static_cast<uInt>(packed.size());
-  state.next_out = reinterpret_cast<Bytef*>(output.data());
-  state.avail_out = static_cast<uInt>(output.size());
-  inflate(&state, Z_SYNC_FLUSH);
-  output.resize(output.size() - state.avail_out);
-  inflateEnd(&state);
-  return output;
-}
 
 TEST(Inflate, UnpacksWhatZlibPackedInEverySizeAtEveryLevel) {
   for (const std::size_t size : kSizes) {

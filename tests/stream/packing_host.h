@@ -8,6 +8,7 @@
 #include "emulator/host.h"
 #include "emulator/stream_object.h"
 #include "host/callin.h"
+#include "tests/support/packed_bytes.h"
 
 /// A host with a stream to read from and one to write to.
 class PackingHost {
@@ -31,20 +32,5 @@ class PackingHost {
   std::uint32_t out_;
 };
 
-/// Bytes that hardly pack at all, the same on every run.
-inline std::string Noise(std::size_t size) {
-  std::string bytes(size, '\0');
-  std::uint32_t state = 12345;
-  for (char& byte : bytes) {
-    state = state * 1664525U + 1013904223U;
-    byte = static_cast<char>(state >> 24);
-  }
-  return bytes;
-}
-
-/// Bytes that pack well.
-inline std::string Pattern(std::size_t size) {
-  std::string bytes(size, '\0');
-  for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i % 251 * (i / 4096));
-  return bytes;
-}
+using packed_bytes::Noise;
+using packed_bytes::Pattern;
