@@ -1,6 +1,7 @@
 #include "emulator/library.h"
 
 #include <algorithm>
+#include <mutex>
 #include <stdexcept>
 #include <utility>
 
@@ -28,6 +29,13 @@ ListResult ResultOf(std::int32_t returned, const vessa::HostString& buffer) {
   result.values.erase(result.values.begin());
   if (result.status != 0 && !result.values.empty()) result.message = AsWideText(result.values.front().value);
   return result;
+}
+
+/// Held through every call-out: only one may run at a time in a process. A call from inside an event of another, on the
+/// same thread, is part of that one.
+std::unique_lock<std::recursive_mutex> TakeTurn() {
+  static std::recursive_mutex turn;
+  return std::unique_lock(turn);
 }
 
 }  // namespace
@@ -66,19 +74,25 @@ const vessa::CallOutRow& Library::Row(std::string_view name, std::string_view ty
 std::int32_t Library::Call(std::string_view name, vessa::HostString& buffer) const {
   const vessa::CallOutRow* row = Find(name);
   const bool plain = row != nullptr && std::string_view(row->argument_types) == "B";
+  const auto turn = TakeTurn();
   return Row(name, plain ? "B" : "Bz").entry.buffer(&buffer);
 }
 
 std::int32_t Library::Call(std::string_view name, vessa::HostString& buffer, std::int32_t value) const {
+  const auto turn = TakeTurn();
   return Row(name, "Bi").entry.buffer_and_integer(&buffer, value);
 }
 
 std::int32_t Library::Call(std::string_view name, std::int32_t first, std::int32_t second,
                            std::int32_t third) const {
+  const auto turn = TakeTurn();
   return Row(name, "ioo").entry.three_integers(first, second, third);
 }
 
-std::int32_t Library::Call(std::string_view name) const { return Row(name, "coi").entry.arguments_unread(); }
+std::int32_t Library::Call(std::string_view name) const {
+  const auto turn = TakeTurn();
+  return Row(name, "coi").entry.arguments_unread();
+}
 
 ListResult Library::CallList(std::string_view name, const ListBuilder& arguments) const {
   vessa::HostString buffer;

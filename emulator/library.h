@@ -24,7 +24,7 @@ struct ListResult {
 };
 
 /// A call-out library in use: loaded, and given the host's callback table. Calls run against the current
-/// Host.
+/// Host, one at a time in this process: those of other threads wait, those from inside an event do not.
 class Library {
  public:
   /// @param path  in UTF-8
