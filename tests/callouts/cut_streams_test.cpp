@@ -104,31 +104,36 @@ WatchedCall WatchDecomposing(const std::string& bytes) {
   });
 }
 
-TEST_F(CutStream, InsideAnItemOfDefinedLengthNeverReturnsAndAsksNobodyAnyMore) {
+class EndlessStream : public CutStream, public testing::WithParamInterface<std::uint32_t> {};
+
+TEST_P(EndlessStream, InsideAnItemOfDefinedLengthNeverReturnsAndAsksNobodyAnyMore) {
   const std::string item = TagAndLength(kItem, 20) + First();
-  for (const std::uint32_t sequence_length : {std::uint32_t{28}, kUndefined}) {
-    const WatchedCall call = WatchDecomposing(kExplicit.Header(kImages, "SQ", sequence_length) + item);
-    EXPECT_FALSE(call.returned);
-    EXPECT_THAT(call.Names(),
-                ElementsAre("Position", "Peek", "StartContent",                                       //
-                            "ShouldStopDecomposition", "StartElement", "StartSequence", "StartItem",  //
-                            "ShouldStopDecomposition", "StartElement", "Skip", "Peek", "Data", "EndElement"));
-    EXPECT_THAT(call.callbacks, Contains("PopString -> 0 bytes"));   // the host has told the end
-    EXPECT_EQ(call.callbacks.back(), "ConvertResult 3 -> 0 bytes");  // of EndElement
-  }
-  // The same bytes with the length that they have: it is the length alone.
-  EXPECT_TRUE(WatchDecomposing(kExplicit.Sequence(kImages, Item(First()))).returned);
+  const WatchedCall call = WatchDecomposing(kExplicit.Header(kImages, "SQ", GetParam()) + item);
+  EXPECT_FALSE(call.returned);
+  EXPECT_THAT(call.Names(),
+              ElementsAre("Position", "Peek", "StartContent",                                       //
+                          "ShouldStopDecomposition", "StartElement", "StartSequence", "StartItem",  //
+                          "ShouldStopDecomposition", "StartElement", "Skip", "Peek", "Data", "EndElement"));
+  EXPECT_THAT(call.callbacks, Contains("PopString -> 0 bytes"));   // the host has told the end
+  EXPECT_EQ(call.callbacks.back(), "ConvertResult 3 -> 0 bytes");  // of EndElement
+}
+
+INSTANTIATE_TEST_SUITE_P(SequenceLengths, EndlessStream, testing::Values(28U, kUndefined));
+
+std::string WithAnItemOf(std::uint32_t length) {
+  return kExplicit.Header(kImages, "SQ", 18) + TagAndLength(kItem, length) + First() + Behind();
 }
 
 TEST_F(CutStream, WithAnItemLengthOfOneFlippedBitReportsTheRestInsideTheItemAndNeverReturns) {
-  const auto with_item_of = [](std::uint32_t length) {
-    return kExplicit.Header(kImages, "SQ", 18) + TagAndLength(kItem, length) + First() + Behind();
-  };
-  const WatchedCall call = WatchDecomposing(with_item_of(10 | 1U << 6U));
+  const WatchedCall call = WatchDecomposing(WithAnItemOf(10 | 1U << 6U));
   EXPECT_FALSE(call.returned);
   EXPECT_THAT(call.callbacks, Contains("PushUnsigned 1048592"));  // (0010,0010), from behind the sequence
   EXPECT_THAT(call.Names(), Not(Contains("EndItem")));
-  EXPECT_TRUE(WatchDecomposing(with_item_of(10)).returned);
+}
+
+TEST_F(CutStream, WithTheRightLengthsReturns) {
+  ExpectSuccess(Decompose(WithAnItemOf(10)));
+  ExpectSuccess(Decompose(kExplicit.Sequence(kImages, Item(First()))));
 }
 
 }  // namespace

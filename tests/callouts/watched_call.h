@@ -19,10 +19,11 @@ struct WatchedCall {
 };
 
 /// Runs the call in a process of its own, on a new host that is handed to it. A call that makes no callback for half a
-/// second is ended with its process; so is any after a minute.
+/// second is ended with its process; so is any after a minute. To be called once in a test, before anything else there
+/// that takes time: where a process cannot be split in two, the program is started again and comes to this test anew.
 WatchedCall Watch(const std::function<void(Host&)>& call);
 
-/// Where a process cannot be split in two, Watch starts this program again; this has it come to that test at once.
+/// Has this program, should Watch start it again, come to that test at once.
 void StartAgainWith(const std::string& full_test_name);
 
 }  // namespace emulator
