@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "tests/callouts/composing.h"
+#include "tests/callouts/drain.h"
 
 namespace emulator {
 namespace {
@@ -162,6 +163,33 @@ TEST_F(ComposePixelData, WritesWhatThereWasOfAStreamThatShrinksWhileItIsRead) {
                 u"ComposePixelElement: Read error or unexpected end of file in pixel data -  composing "
                 u"stream");
   EXPECT_EQ(Written().size(), 12U + 32648);
+}
+
+TEST_F(ComposePixelData, AreCopiedInConstantMemory) {
+  class Endless : public StreamObject {
+   public:
+    std::int64_t ByteCount() const override { return std::int64_t{128} << 20; }
+
+   protected:
+    std::string_view BytesAt(std::int64_t /*offset*/, std::int64_t count) override {
+      return std::string_view(block_).substr(0, static_cast<std::size_t>(count));
+    }
+    void Append(std::string_view /*bytes*/) override {}
+
+   private:
+    std::string block_ = std::string(std::size_t{1} << 16, 'x');
+  };
+  auto [pixels, pixels_oref] = Make<Endless>();
+  auto [drain, output_oref] = Make<Drain>();
+  ExpectSuccess(Call("zfComposeStream", ListBuilder()
+                                            .Integer(output_oref)
+                                            .String(StoredDataSet::kId)
+                                            .String(kExplicitLittleEndian)
+                                            .String(kExplicitLittleEndian)
+                                            .Integer(pixels_oref)));
+  EXPECT_EQ(drain->Total(), 12U + (std::uint64_t{128} << 20));
+  EXPECT_EQ(drain->Largest(), 8000U);
+  EXPECT_LT(drain->MemoryGrowth(), std::size_t{1} << 20);
 }
 
 TEST_F(ComposePixelData, KeepsTheStreamsTextsForFailuresOfTheHost) {

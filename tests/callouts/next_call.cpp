@@ -1,13 +1,16 @@
 #include "tests/callouts/next_call.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "emulator/event_log.h"
 #include "emulator/stream_object.h"
 #include "tests/callouts/loaded_library.h"
 #include "tests/support/dicom_bytes.h"
 #include "tests/support/event_script.h"
+#include "tests/support/stored_data_set.h"
 
 namespace emulator {
 namespace {
@@ -57,6 +60,37 @@ void ExpectAnAnswer(Host& host) {
   EXPECT_EQ(AsBytes(answer.values[1].value), "1.");
 }
 
+void ExpectAComposition(Host& host) {
+  StoredDataSet data(host);
+  data.TopSequence(0x00081140, 1);
+  data.InItem(1, 1, 0x00081155, 2, "UI", "1.");
+  data.Top(0x00100010, 3, "PN", "Doe^John");
+  const auto output = std::make_shared<MemoryStream>();
+  ExpectSuccess(TheLibrary().CallList("zfComposeStream", ListBuilder()
+                                                             .Integer(host.Add(output))
+                                                             .String(StoredDataSet::kId)
+                                                             .String(kExplicitLittleEndian)
+                                                             .String(kExplicitLittleEndian)
+                                                             .Integer(0)));
+  const dicom_bytes::DataSetBytes form(dicom_bytes::VrForm::kExplicit);
+  EXPECT_EQ(
+      output->Bytes(),
+      form.UndefinedSequence(0x00081140, dicom_bytes::UndefinedItem(form.Element(0x00081155, "UI", "1."))) +
+          form.Element(0x00100010, "PN", "Doe^John"));
+}
+
+void ExpectAPacking(Host& host) {
+  const auto packed = std::make_shared<MemoryStream>();
+  const auto unpacked = std::make_shared<MemoryStream>();
+  const auto add = [&host](std::shared_ptr<Object> object) {
+    return static_cast<std::int32_t>(host.Add(std::move(object)));
+  };
+  const std::int32_t middle = add(packed);
+  EXPECT_EQ(TheLibrary().Call("zfDeflateStream", 6, add(std::make_shared<MemoryStream>("abc")), middle), 0);
+  EXPECT_EQ(TheLibrary().Call("zfInflateStream", middle, add(unpacked), 0), 0);
+  EXPECT_EQ(unpacked->Bytes(), "abc");
+}
+
 }  // namespace
 
 void ExpectTheNextCallsToWork() {
@@ -64,6 +98,8 @@ void ExpectTheNextCallsToWork() {
   Host host;
   ExpectADecomposition(host);
   ExpectAnAnswer(host);
+  ExpectAComposition(host);
+  ExpectAPacking(host);
   const ListResult name = TheLibrary().CallList("zfNameTag", ListBuilder().String("PatientName"));
   ExpectSuccess(name);
   EXPECT_EQ(AsInteger(name.values.at(0).value), 0x00100010);
