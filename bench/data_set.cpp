@@ -8,6 +8,8 @@ namespace {
 constexpr std::uint32_t kUndefinedLength = 0xFFFFFFFF;
 constexpr int kDepth = 6;
 
+enum class VrForm { kImplicit, kExplicit };
+
 struct Leaf {
   std::uint16_t group;
   std::uint16_t element;
@@ -115,8 +117,6 @@ Writer ItemContent(VrForm form, int depth, Lengths lengths) {
   return content;
 }
 
-}  // namespace
-
 DataSet ManySmallElements(VrForm form) {
   struct Top {
     std::uint16_t group, element;
@@ -138,27 +138,71 @@ DataSet ManySmallElements(VrForm form) {
   return out.Take();
 }
 
-DataSet NativePixelData(VrForm form, std::uint32_t pixel_bytes) {
-  Writer out(form);
+DataSet MakeNativePixels() {
+  constexpr std::uint32_t kPixelBytes = 256U << 20;
+  Writer out(VrForm::kExplicit);
   for (const Leaf& leaf : kLeaves) out.Element(leaf);
-  out.Header(0x7FE0, 0x0010, "OW", pixel_bytes);
-  out.Raw(pixel_bytes, '\x5A');
+  out.Header(0x7FE0, 0x0010, "OW", kPixelBytes);
+  out.Raw(kPixelBytes, '\x5A');
   out.Header(0xFFFC, 0xFFFC, "OB", 4);  // Data Set Trailing Padding: something to ask for behind the pixels
   out.Raw(4, '\0');
   return out.Take();
 }
 
-DataSet Fragments(std::size_t count, std::uint32_t fragment_bytes) {
+DataSet MakeImage() {
+  constexpr std::uint16_t kElementsBeforeTheName = 40;
+  constexpr std::uint32_t kPixelBytes = 512U << 10;
+  Writer out(VrForm::kExplicit);
+  for (std::uint16_t i = 0; i < kElementsBeforeTheName; ++i)
+    out.Element({0x0008, static_cast<std::uint16_t>(0x2000 + i), "LO", "some text of a usual length "});
+  for (const Leaf& leaf : kLeaves) {
+    if (leaf.group > 0x0008) out.Element(leaf);
+  }
+  out.Header(0x7FE0, 0x0010, "OW", kPixelBytes);
+  out.Raw(kPixelBytes, '\x5A');
+  return out.Take();
+}
+
+DataSet MakeFragments() {
+  constexpr std::uint32_t kFragmentBytes = 64U << 10;
+  constexpr int kFragments = 2000;
   Writer out(VrForm::kExplicit);
   for (const Leaf& leaf : kLeaves) out.Element(leaf);
   out.Header(0x7FE0, 0x0010, "OB", kUndefinedLength);
   out.Delimiter(0xE000, 0);
-  for (std::size_t i = 0; i < count; ++i) {
-    out.Delimiter(0xE000, fragment_bytes);
-    out.Raw(fragment_bytes, '\x5A');
+  for (int i = 0; i < kFragments; ++i) {
+    out.Delimiter(0xE000, kFragmentBytes);
+    out.Raw(kFragmentBytes, '\x5A');
   }
   out.Delimiter(0xE0DD, 0);
   return out.Take();
+}
+
+}  // namespace
+
+const DataSet& ElementsExplicit() {
+  static const DataSet data_set = ManySmallElements(VrForm::kExplicit);
+  return data_set;
+}
+
+const DataSet& ElementsImplicit() {
+  static const DataSet data_set = ManySmallElements(VrForm::kImplicit);
+  return data_set;
+}
+
+const DataSet& NativePixels() {
+  static const DataSet data_set = MakeNativePixels();
+  return data_set;
+}
+
+const DataSet& Image() {
+  static const DataSet data_set = MakeImage();
+  return data_set;
+}
+
+const DataSet& Fragments() {
+  static const DataSet data_set = MakeFragments();
+  return data_set;
 }
 
 std::string WithFileHeader(const std::string& data_set, const std::string& transfer_syntax) {

@@ -2,6 +2,7 @@
 
 #include <dcmtk/dcmdata/dcdatset.h>
 #include <dcmtk/dcmdata/dcelem.h>
+#include <dcmtk/dcmdata/dcfilefo.h>
 #include <dcmtk/dcmdata/dcistrmb.h>
 #include <dcmtk/dcmdata/dcstack.h>
 #include <dcmtk/dcmdata/dcxfer.h>
@@ -22,6 +23,15 @@ std::size_t TouchValues(DcmDataset& data_set) {
   return elements;
 }
 
+/// Without its log, whose lines about data that it takes for odd would cost time.
+void Silence() {
+  static const bool silent = [] {
+    OFLog::configure(OFLogger::OFF_LOG_LEVEL);
+    return true;
+  }();
+  static_cast<void>(silent);
+}
+
 }  // namespace
 
 std::size_t ParseWithDcmtk(const std::string& data_set, const std::string& transfer_syntax) {
@@ -34,6 +44,25 @@ std::size_t ParseWithDcmtk(const std::string& data_set, const std::string& trans
   tree.transferEnd();
   if (result.bad()) throw std::runtime_error(result.text());
   return TouchValues(tree);
+}
+
+std::string ValueReadWithDcmtk(const std::string& file_name, std::span<const DcmtkStep> path) {
+  Silence();
+  DcmFileFormat file;
+  const DcmTagKey top(path.front().group, path.front().element);
+  if (file.loadFileUntilTag(file_name.c_str(), EXS_Unknown, EGL_noChange, DCM_MaxReadLength, ERM_autoDetect,
+                            DcmTagKey(top.getGroup(), static_cast<Uint16>(top.getElement() + 1)))
+          .bad())
+    throw std::runtime_error("DCMTK cannot read " + file_name);
+  DcmItem* item = file.getDataset();
+  for (const DcmtkStep& step : path.first(path.size() - 1)) {
+    if (item->findAndGetSequenceItem(DcmTagKey(step.group, step.element), item, step.item).bad())
+      throw std::runtime_error("DCMTK found no such item in " + file_name);
+  }
+  OFString value;
+  if (item->findAndGetOFStringArray(DcmTagKey(path.back().group, path.back().element), value).bad())
+    throw std::runtime_error("DCMTK found no such element in " + file_name);
+  return value.c_str();
 }
 
 }  // namespace bench

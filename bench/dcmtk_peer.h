@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string>
 
 // The same work done by DCMTK, for scale.
@@ -10,5 +12,16 @@ namespace bench {
 /// Reads a data set in memory into DCMTK's tree and touches every value.
 /// @return  the elements in the tree
 std::size_t ParseWithDcmtk(const std::string& data_set, const std::string& transfer_syntax);
+
+/// An element, and which of its items to go on in when it is a sequence.
+struct DcmtkStep {
+  std::uint16_t group;
+  std::uint16_t element;
+  long item = 0;  ///< from 0
+};
+
+/// Reads a file up to the first step's element and takes out the value of the last step's.
+/// @throws std::runtime_error  the file cannot be read or has no such element
+std::string ValueReadWithDcmtk(const std::string& file_name, std::span<const DcmtkStep> path);
 
 }  // namespace bench

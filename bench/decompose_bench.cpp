@@ -19,7 +19,8 @@ void PerElement(benchmark::State& state, const DataSet& data_set) {
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(data_set.bytes.size()));
 }
 
-void Decompose(benchmark::State& state, const DataSet& data_set, const char* syntax) {
+void Decompose(benchmark::State& state, DataSetSource source, const char* syntax) {
+  const DataSet& data_set = source();
   LibraryUnderTest library(IdleHost());
   for (auto _ : state) {
     ServeStream(data_set.bytes);
@@ -28,7 +29,8 @@ void Decompose(benchmark::State& state, const DataSet& data_set, const char* syn
   PerElement(state, data_set);
 }
 
-void Replay(benchmark::State& state, const DataSet& data_set, const char* syntax) {
+void Replay(benchmark::State& state, DataSetSource source, const char* syntax) {
+  const DataSet& data_set = source();
   Recording recording;
   LibraryUnderTest library(recording.RecordOver(IdleHost()));  // stays loaded: the recorded texts are its own
   ServeStream(data_set.bytes);
@@ -41,27 +43,25 @@ void Replay(benchmark::State& state, const DataSet& data_set, const char* syntax
   state.counters["callbacks"] = static_cast<double>(recording.Count());
 }
 
-void Dcmtk(benchmark::State& state, const DataSet& data_set, const char* syntax) {
+void Dcmtk(benchmark::State& state, DataSetSource source, const char* syntax) {
+  const DataSet& data_set = source();
   for (auto _ : state) benchmark::DoNotOptimize(ParseWithDcmtk(data_set.bytes, syntax));
   PerElement(state, data_set);
 }
 
-void RegisterSet(const std::string& name, const DataSet& data_set, const char* syntax) {
-  benchmark::RegisterBenchmark(("decompose/" + name + "/library").c_str(), Decompose, data_set, syntax);
-  benchmark::RegisterBenchmark(("decompose/" + name + "/replay").c_str(), Replay, data_set, syntax);
-  benchmark::RegisterBenchmark(("decompose/" + name + "/dcmtk").c_str(), Dcmtk, data_set, syntax);
+void RegisterSet(const std::string& name, DataSetSource source, const char* syntax) {
+  benchmark::RegisterBenchmark(("decompose/" + name + "/library").c_str(), Decompose, source, syntax);
+  benchmark::RegisterBenchmark(("decompose/" + name + "/replay").c_str(), Replay, source, syntax);
+  benchmark::RegisterBenchmark(("decompose/" + name + "/dcmtk").c_str(), Dcmtk, source, syntax);
 }
 
 }  // namespace
 
 void RegisterDecomposeBenchmarks() {
-  constexpr std::uint32_t kPixelBytes = 256U << 20;
-  constexpr std::uint32_t kFragmentBytes = 64U << 10;
-  constexpr std::size_t kFragments = 2000;
-  RegisterSet("200k elements explicit", ManySmallElements(VrForm::kExplicit), kExplicitLittleEndian);
-  RegisterSet("200k elements implicit", ManySmallElements(VrForm::kImplicit), kImplicitLittleEndian);
-  RegisterSet("256 MB native pixels", NativePixelData(VrForm::kExplicit, kPixelBytes), kExplicitLittleEndian);
-  RegisterSet("2000 fragments of 64 KB", Fragments(kFragments, kFragmentBytes), kJpegBaseline);
+  RegisterSet("200k elements explicit", ElementsExplicit, kExplicitLittleEndian);
+  RegisterSet("200k elements implicit", ElementsImplicit, kImplicitLittleEndian);
+  RegisterSet("256 MB native pixels", NativePixels, kExplicitLittleEndian);
+  RegisterSet("2000 fragments of 64 KB", Fragments, kJpegBaseline);
 }
 
 }  // namespace bench

@@ -20,14 +20,21 @@ LibraryUnderTest::LibraryUnderTest(const vessa::HostServices* services) : object
   table_ = get_table(nullptr, services);
 }
 
-void LibraryUnderTest::Call(std::string_view name, const emulator::ListBuilder& arguments) {
+void LibraryUnderTest::Call(std::string_view name, std::string_view arguments) {
+  static const std::string success = emulator::ListBuilder().Integer(0).Bytes();
   const vessa::CallOutRow* row = table_;
   while (row->name != name) ++row;
-  emulator::Fill(buffer_, arguments.Bytes());
+  emulator::Fill(buffer_, arguments);
   row->entry.buffer(&buffer_);
-  const std::vector<emulator::ListValue> results = emulator::ReadList(emulator::Contents(buffer_));
-  if (emulator::AsInteger(results.at(0).value) != 0)
-    throw std::runtime_error(emulator::AsBytes(results.at(1).value));
+  const std::string_view results = emulator::Contents(buffer_);
+  if (!results.starts_with(success))
+    throw std::runtime_error(emulator::AsBytes(emulator::ReadList(results).at(1).value));
+}
+
+std::vector<emulator::ListValue> LibraryUnderTest::Answer() const {
+  std::vector<emulator::ListValue> items = emulator::ReadList(emulator::Contents(buffer_));
+  items.erase(items.begin());
+  return items;
 }
 
 void LibraryUnderTest::DecomposeStream(std::string_view transfer_syntax) {
@@ -35,7 +42,8 @@ void LibraryUnderTest::DecomposeStream(std::string_view transfer_syntax) {
                                 .Integer(kSomeOref)
                                 .String(transfer_syntax)
                                 .Integer(kSomeOref)
-                                .Integer(kNoClient));
+                                .Integer(kNoClient)
+                                .Bytes());
 }
 
 }  // namespace bench

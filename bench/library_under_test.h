@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "emulator/list.h"
 #include "emulator/platform/shared_object.h"
@@ -13,8 +14,12 @@ class LibraryUnderTest {
  public:
   explicit LibraryUnderTest(const vessa::HostServices* services);
 
-  /// Makes one call with a value list in its buffer, as a host does. A failure throws its message.
-  void Call(std::string_view name, const emulator::ListBuilder& arguments);
+  /// Makes one call with a value list in its buffer, as a host does, and looks at the status alone.
+  /// @throws std::runtime_error  the call's own message when it failed
+  void Call(std::string_view name, std::string_view arguments);
+
+  /// What the last call answered behind its status, item by item.
+  std::vector<emulator::ListValue> Answer() const;
 
   /// Over the stream that the host serves, with a content handler and no client.
   void DecomposeStream(std::string_view transfer_syntax);

@@ -5,6 +5,7 @@
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   bench::RegisterDecomposeBenchmarks();
+  bench::RegisterQueryBenchmarks();
   benchmark::RunSpecifiedBenchmarks();
   return 0;
 }

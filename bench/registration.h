@@ -4,5 +4,6 @@ namespace bench {
 
 // Each file of benchmarks registers its own.
 void RegisterDecomposeBenchmarks();
+void RegisterQueryBenchmarks();
 
 }  // namespace bench
