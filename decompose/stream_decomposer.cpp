@@ -5,6 +5,7 @@
 #include <string>
 
 #include "decompose/four_bytes.h"
+#include "decompose/refusal.h"
 #include "decompose/stop_question.h"
 #include "dicom/dictionary.h"
 #include "dicom/transfer_syntax.h"
@@ -21,13 +22,13 @@ bool AllowsUndefinedLength(Vr vr) {
 void RequireSoundLength(Vr vr, std::uint32_t length) {
   if (length == kUndefinedLength) {
     if (AllowsUndefinedLength(vr)) return;
-    throw CDecomposeException(
+    Refuse(
         "DecomposeElement reading VR and data length: Element specifies undefined length but VR '%1' does "
         "not allow it",
         vr.Text());
   }
   if (length % 2 != 0) {
-    throw CDecomposeException("DecomposeElement reading VR and data length: Datalength is an odd number");
+    Refuse("DecomposeElement reading VR and data length: Datalength is an odd number");
   }
 }
 
@@ -42,8 +43,7 @@ StreamDecomposer::StreamDecomposer(CVessaInputStream& stream, CContentHandlerInt
 
 Status StreamDecomposer::DecomposeStream(std::string_view transfer_syntax) {
   if (IsUnsupportedTransferSyntax(transfer_syntax)) {
-    throw CDecomposeException("DecomposeStream: Expected a supported transfer syntax, got: %1",
-                              transfer_syntax);
+    Refuse("DecomposeStream: Expected a supported transfer syntax, got: %1", transfer_syntax);
   }
   transfer_syntax_ = transfer_syntax;
   byte_order_ = ByteOrderOf(transfer_syntax);
@@ -107,6 +107,30 @@ inline StreamDecomposer::VRAndLength StreamDecomposer::ReadVRAndLength(Tag tag) 
   return header;
 }
 
+/// A short value is handed on where it lies.
+inline void StreamDecomposer::DeliverData(Tag tag, std::uint32_t length) {
+  if (length > kValueChunkBytes || !stream_.CanTake(length)) return DeliverChunks(tag, length);
+  const std::span<const std::uint8_t> value = stream_.AtHand().first(length);
+  stream_.Take(length);
+  RaiseIfNegative(handler_.Data(tag, 1, value));
+}
+
+void StreamDecomposer::DeliverChunks(Tag tag, std::uint32_t length) {
+  static std::array<std::uint8_t, kValueChunkBytes> chunk;
+  if (length == 0) {
+    RaiseIfNegative(handler_.Data(tag, 1, {}));
+    return;
+  }
+  if (!handler_.WantsValue(tag) && stream_.PassOver(length)) return;
+  std::uint32_t chunk_number = 1;
+  for (std::size_t remaining = length; remaining > 0; ++chunk_number) {
+    const std::span<std::uint8_t> bytes = std::span(chunk).first(std::min(remaining, chunk.size()));
+    RaiseIfNegative(stream_.Read(bytes));
+    RaiseIfNegative(handler_.Data(tag, chunk_number, bytes));
+    remaining -= bytes.size();
+  }
+}
+
 // Element, in stream order:
 //   tag      4 bytes   group, element
 //   VR and length      see ReadVRAndLength; also behind delimitation tags
@@ -119,13 +143,13 @@ StreamDecomposer::Progress StreamDecomposer::DecomposeElement(ElementLoop mode) 
 
   SkipFourBytes(stream_);
   const auto [vr, length] = ReadVRAndLength(tag);
-  if (tag == kItem) throw CDecomposeException("Expected [Item Delimitation] or element, got [Item]");
+  if (tag == kItem) Refuse("Expected [Item Delimitation] or element, got [Item]");
   if (tag == kItemDelimitation) {
     if (mode == ElementLoop::kUntilItemDelimitation) return Progress::kDone;
-    throw CDecomposeException("DecomposeElement: caller did not expect [Item Delimitation]");
+    Refuse("DecomposeElement: caller did not expect [Item Delimitation]");
   }
   if (tag == kSequenceDelimitation) {
-    throw CDecomposeException("Expected [Item Delimitation] or element, got [Sequence Delimitation Item]");
+    Refuse("Expected [Item Delimitation] or element, got [Sequence Delimitation Item]");
   }
 
   RaiseIfNegative(handler_.StartElement(tag, vr, length));
@@ -157,7 +181,7 @@ StreamDecomposer::Progress StreamDecomposer::DecomposeSequence() {
     }
   } else if (stream_.GetPosition() < sequence.end) {
     if (DecomposeItem(sequence, ItemLoop::kUntilPosition) != Progress::kDone) return Progress::kOpened;
-    throw CDecomposeException(  // a second guard: DecomposeItem does not let it come to this
+    Refuse(  // a second guard: DecomposeItem does not let it come to this
         "DecomposeSequence: [Sequence Delimitation Item] encountered while decomposing a length-encoded "
         "sequence");
   }
@@ -173,11 +197,10 @@ StreamDecomposer::Progress StreamDecomposer::DecomposeItem(OpenSequence& sequenc
   const auto [tag, length] = ReadTagAndLength();
   if (tag == kSequenceDelimitation) {
     if (mode == ItemLoop::kUntilSequenceDelimitation) return Progress::kDone;
-    throw CDecomposeException("DecomposeItem: caller did not expect [Sequence Delimitation Item]");
+    Refuse("DecomposeItem: caller did not expect [Sequence Delimitation Item]");
   }
   if (tag != kItem) {
-    throw CDecomposeException("DecomposeItem: Expected [Item] or [Sequence Delimitation Item], got: %1",
-                              TagText(tag));
+    Refuse("DecomposeItem: Expected [Item] or [Sequence Delimitation Item], got: %1", TagText(tag));
   }
   RaiseIfNegative(handler_.StartItem(sequence.tag, length));
   sequence.in_item = true;
@@ -197,46 +220,20 @@ void StreamDecomposer::DecomposeElementsOfItem() {
   RaiseIfNegative(handler_.EndItem(item.tag, item.item_length));
 }
 
-void StreamDecomposer::DeliverData(Tag tag, std::uint32_t length) {
-  static std::array<std::uint8_t, kValueChunkBytes> chunk;
-  if (length == 0) {
-    RaiseIfNegative(handler_.Data(tag, 1, {}));
-    return;
-  }
-  if (length <= kValueChunkBytes && stream_.CanTake(length)) [[likely]] {
-    // A short value is handed on where it lies.
-    const std::span<const std::uint8_t> value = stream_.AtHand().first(length);
-    stream_.Take(length);
-    RaiseIfNegative(handler_.Data(tag, 1, value));
-    return;
-  }
-  if (!handler_.WantsValue(tag) && stream_.PassOver(length)) return;
-  std::uint32_t chunk_number = 1;
-  for (std::size_t remaining = length; remaining > 0; ++chunk_number) {
-    const std::span<std::uint8_t> bytes = std::span(chunk).first(std::min(remaining, chunk.size()));
-    RaiseIfNegative(stream_.Read(bytes));
-    RaiseIfNegative(handler_.Data(tag, chunk_number, bytes));
-    remaining -= bytes.size();
-  }
-}
-
 /// Encapsulated pixel data (PS3.5 annex A.4).
 void StreamDecomposer::DecomposeData_UndefLength(Tag tag, Vr vr) {
   if (!IsEncapsulatedTransferSyntax(transfer_syntax_)) {
-    throw CDecomposeException("DecomposeData_UndefLength: Expected an encapsulated transfer syntax, got: %1",
-                              transfer_syntax_);
+    Refuse("DecomposeData_UndefLength: Expected an encapsulated transfer syntax, got: %1", transfer_syntax_);
   }
   if (tag != kPixelData) {
-    throw CDecomposeException(
-        "DecomposeData_UndefLength: Expected an encapsulated transfer syntax tag, got: %1", TagText(tag));
+    Refuse("DecomposeData_UndefLength: Expected an encapsulated transfer syntax tag, got: %1", TagText(tag));
   }
   if (vr != kVrOB && vr != kVrOW) {
-    throw CDecomposeException("DecomposeData_UndefLength: Expected a VR or 'OB' or 'OW', got: %1", vr.Text());
+    Refuse("DecomposeData_UndefLength: Expected a VR or 'OB' or 'OW', got: %1", vr.Text());
   }
   if (const std::uint32_t length = DeliverFragments(tag); length != 0) {
-    throw CDecomposeException(
-        "DecomposeData_UndefLength:  [Sequence Delimitation Item] should have zero length, got: %1",
-        std::to_string(static_cast<std::int32_t>(length)));
+    Refuse("DecomposeData_UndefLength:  [Sequence Delimitation Item] should have zero length, got: %1",
+           std::to_string(static_cast<std::int32_t>(length)));
   }
   if (simple_pixel_data_frames_) return;
   RaiseIfNegative(handler_.StartItem(kSequenceDelimitation, 0));
@@ -251,12 +248,11 @@ std::uint32_t StreamDecomposer::DeliverFragments(Tag tag) {
     const TagAndLength item = ReadTagAndLength();
     if (item.tag == kSequenceDelimitation) return item.length;
     if (item.tag != kItem) {  // kept: the text names the element, not the tag that stands here
-      throw CDecomposeException(
-          "DecomposeData_UndefLength: Expected [Item] or [Sequence Delimitation Item], got: %1",
-          TagText(tag));
+      Refuse("DecomposeData_UndefLength: Expected [Item] or [Sequence Delimitation Item], got: %1",
+             TagText(tag));
     }
     if (item.length == kUndefinedLength) {
-      throw CDecomposeException("DecomposeData_UndefLength: [Item] has undefined length");
+      Refuse("DecomposeData_UndefLength: [Item] has undefined length");
     }
     RaiseIfNegative(handler_.StartItem(kItem, item.length));
     DeliverData(tag, item.length);

@@ -72,6 +72,7 @@ class StreamDecomposer {
   Progress DecomposeItem(OpenSequence& sequence, ItemLoop mode);
   void DecomposeElementsOfItem();
   void DeliverData(Tag tag, std::uint32_t length);
+  void DeliverChunks(Tag tag, std::uint32_t length);
   void DecomposeData_UndefLength(Tag tag, Vr vr);
   std::uint32_t DeliverFragments(Tag tag);
 

@@ -4,8 +4,6 @@
 
 namespace vessa {
 
-std::FILE* OpenForReading(const std::string& name) { return std::fopen(name.c_str(), "rb"); }
-
 std::int64_t TellFile(std::FILE* file) { return _ftelli64(file); }
 
 bool SeekFile(std::FILE* file, std::int64_t offset, int whence) {

@@ -1,6 +1,7 @@
 #include "stream/binary_file_input_stream.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 
 #include "platform/file.h"
@@ -12,11 +13,15 @@ CVessaBinaryFileInputStream::CVessaBinaryFileInputStream(std::string name) : nam
 }
 
 Status CVessaBinaryFileInputStream::Open() {
-  file_.reset(OpenForReading(name_));
+  file_.reset(std::fopen(name_.c_str(), "rb"));
   if (!file_) return E_INVALIDARG;
   static_cast<void>(std::setvbuf(file_.get(), nullptr, _IONBF, 0));  // the window is the buffer
   EmptyWindow(TellFile(file_.get()));
-  return kSuccess;
+  // Some systems open a directory like a file, and only reading it fails.
+  static_cast<void>(Fill());
+  if (std::ferror(file_.get()) == 0 || errno != EISDIR) return kSuccess;
+  file_.reset();
+  return E_INVALIDARG;
 }
 
 Status CVessaBinaryFileInputStream::Read(std::span<std::uint8_t> destination) {

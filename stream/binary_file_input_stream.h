@@ -32,6 +32,7 @@ class CVessaBinaryFileInputStream final : public CVessaInputStream {
   std::int64_t GetPosition() override { return Offset() + 1; }
   /// @return  E_INVALIDARG: the file does not tell
   std::int32_t GetSize() override;
+  /// Reads the first bytes already.
   /// @return  E_INVALIDARG: no such file, or a directory
   Status Open() override;
   /// @throws Status  E_NOTIMPL, always: no host object stands behind a file

@@ -36,6 +36,11 @@ Status CVessaBinaryInputStream::Skip(std::int64_t count) {
   return Transfer(static_cast<std::uint64_t>(count), nullptr);
 }
 
+bool CVessaBinaryInputStream::PassOver(std::uint64_t count) {
+  RaiseIfNegative(Transfer(count, nullptr));
+  return true;
+}
+
 /// Moves past `count` bytes and copies them to `destination`, if there is one. The look-ahead is refilled as
 /// soon as it is used up, so that the end of the stream is known with the last byte.
 Status CVessaBinaryInputStream::Transfer(std::uint64_t count, std::uint8_t* destination) {
@@ -46,7 +51,7 @@ Status CVessaBinaryInputStream::Transfer(std::uint64_t count, std::uint8_t* dest
     if (destination != nullptr) destination = std::copy_n(next_, take, destination);
     Take(take);
     remaining -= take;
-    if (Available() == 0 && !at_end_) RaiseIfNegative(Fill());
+    if (Available() == 0 && !at_end_) RaiseIfNegative(Fill(destination == nullptr ? remaining : 0));
   }
   if (remaining > 0) throw E_FAIL;
   return kSuccess;
@@ -63,11 +68,11 @@ Status CVessaBinaryInputStream::Peek(std::span<std::uint8_t> destination, bool& 
   return kSuccess;
 }
 
-/// Fetches the look-ahead that begins with the next byte.
-Status CVessaBinaryInputStream::Fill() {
+/// Fetches the look-ahead that begins with the next byte, the first `unwanted` bytes of which nobody will see.
+Status CVessaBinaryInputStream::Fill(std::uint64_t unwanted) {
   WithFailureText(kSkipFailed, [this] { SkipHandedOut(); });
   if (at_end_) return E_INVALIDARG;
-  WithFailureText(kPeekFailed, [this] { FetchLookAhead(); });
+  WithFailureText(kPeekFailed, [this, unwanted] { FetchLookAhead(unwanted); });
   return kSuccess;
 }
 
@@ -81,12 +86,13 @@ void CVessaBinaryInputStream::SkipHandedOut() {
   next_ = behind_ = look_ahead_.get();
 }
 
-void CVessaBinaryInputStream::FetchLookAhead() {
+void CVessaBinaryInputStream::FetchLookAhead(std::uint64_t unwanted) {
   CallMethod<"i">(GetOref(), "Peek", ResultWanted::kYes, static_cast<std::int32_t>(look_ahead_bytes_));
   const std::span<const std::uint8_t> bytes = PopString();
   // Of more than was asked for the rest comes again: only what is used is skipped.
   const std::size_t filled = std::min(bytes.size(), look_ahead_bytes_);
-  std::copy_n(bytes.begin(), filled, look_ahead_.get());
+  const std::size_t passed = static_cast<std::size_t>(std::min<std::uint64_t>(unwanted, filled));
+  std::copy_n(bytes.data() + passed, filled - passed, look_ahead_.get() + passed);
   next_ = look_ahead_.get();
   behind_ = next_ + filled;
   at_end_ = filled == 0;

@@ -35,13 +35,15 @@ class CVessaBinaryInputStream final : public CVessaBinaryOrefInputStream {
   Status Skip(std::int64_t count) override;
   std::int64_t GetPosition() override { return look_ahead_position_ + (next_ - look_ahead_.get()); }
   Status Open() override;
+  /// The host is called as for reading; only the copy is saved.
+  bool PassOver(std::uint64_t count) override;
 
  private:
   std::size_t Available() const { return static_cast<std::size_t>(behind_ - next_); }
   Status Transfer(std::uint64_t count, std::uint8_t* destination);
-  Status Fill();
+  Status Fill(std::uint64_t unwanted = 0);
   void SkipHandedOut();
-  void FetchLookAhead();
+  void FetchLookAhead(std::uint64_t unwanted);
 
   bool at_end_ = false;  // the host had no more bytes
   std::int64_t look_ahead_position_ =

@@ -28,8 +28,8 @@ class CVessaInputStream {
   /// The host object behind the stream.
   virtual std::uint32_t GetOref() = 0;
 
-  /// Moves past `count` bytes that nobody wants to see, where that takes no reading and all of them are
-  /// there. Otherwise nothing has happened, and they have to be read.
+  /// Moves past `count` bytes that nobody wants to see, where that is less work than reading them. It fails as
+  /// reading them would, or returns false before anything has happened, so that they have to be read.
   /// @return  true when the position was moved
   virtual bool PassOver([[maybe_unused]] std::uint64_t count) { return false; }
 

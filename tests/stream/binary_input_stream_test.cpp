@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <random>
+#include <regex>
 
 #include "tests/support/emulated_host.h"
 
@@ -247,11 +248,36 @@ TEST_F(BinaryInputStream, LooksAheadAsFarAsItWasTold) {
   EXPECT_EQ(PeekBytes(stream, 32649), StatusText(E_INVALIDARG));
 }
 
-TEST_F(BinaryInputStream, CannotPassOverBytesUnread) {
-  CVessaBinaryInputStream stream(Serve(SomeBytes(100)));
+/// Calls as if they were all about one object.
+std::vector<std::string> WithoutOref(std::vector<std::string> calls) {
+  for (std::string& call : calls) call = std::regex_replace(call, std::regex(" [0-9]+ \""), " \"");
+  return calls;
+}
+
+TEST_F(BinaryInputStream, PassesOverBytesWithTheCallsOfReadingThem) {
+  const std::string bytes = SomeBytes(20000);
+  for (const std::size_t count : {1U, 7999U, 8000U, 8001U, 16000U, 19999U, 20000U}) {
+    CVessaBinaryInputStream read(Serve(bytes));
+    const std::vector<std::string> expected = CallsOf([&] {
+      read.Open();
+      ReadBytes(read, count);
+    });
+    const std::string rest = ReadBytes(read, bytes.size() - count);
+    CVessaBinaryInputStream passed_over(Serve(bytes));
+    const std::vector<std::string> calls = CallsOf([&] {
+      passed_over.Open();
+      EXPECT_TRUE(passed_over.PassOver(count));
+    });
+    EXPECT_EQ(WithoutOref(calls), WithoutOref(expected)) << count;
+    EXPECT_EQ(ReadBytes(passed_over, bytes.size() - count), rest) << count;
+  }
+}
+
+TEST_F(BinaryInputStream, PassingOverMoreThanThereIsFailsAsReadingDoes) {
+  CVessaBinaryInputStream stream(Serve(SomeBytes(20000)));
   stream.Open();
-  EXPECT_FALSE(stream.PassOver(10));
-  EXPECT_EQ(stream.GetPosition(), 1);
+  EXPECT_EQ(FailureOf([&] { stream.PassOver(20001); }), StatusText(E_FAIL));
+  EXPECT_EQ(stream.GetPosition(), 20001);
 }
 
 // Whatever the order of operations and the size of the look-ahead, the bytes are those of the stream, and the
