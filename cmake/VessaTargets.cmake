@@ -15,6 +15,8 @@ if(VESSA_CCACHE)
 endif()
 
 option(VESSA_SANITIZE "Build with the address, leak and undefined-behaviour sanitizers" OFF)
+option(VESSA_FUZZ "Build the fuzz targets (needs clang's libFuzzer)" OFF)
+option(VESSA_COVERAGE "Count the branches that are taken" OFF)
 
 # With each compilation of a source, clang-tidy looks at it too: when it or a header of it changes, and, by the digest
 # that is part of the command, when the configuration does.
@@ -57,6 +59,10 @@ if(VESSA_SANITIZE)
     -fno-sanitize-recover=all -fno-omit-frame-pointer -O1 -g1)  # compiles in less than half the time of -O2 -g
   target_link_options(vessa_options INTERFACE -fsanitize=address,undefined,float-cast-overflow)
 endif()
+if(VESSA_COVERAGE)
+  target_compile_options(vessa_options INTERFACE --coverage -O0)
+  target_link_options(vessa_options INTERFACE --coverage)
+endif()
 
 # Drops, from the list of sources named `list`, those that stand for another system: name_linux.cpp, name_windows.cpp.
 function(vessa_keep_own_system list)
@@ -76,6 +82,9 @@ function(vessa_folder name)
   if(sources)
     add_library(vessa_${name} STATIC ${sources})
     target_link_libraries(vessa_${name} PUBLIC vessa_options ${ARG_BELOW})
+    if(VESSA_FUZZ AND NOT name STREQUAL "emulator")
+      target_compile_options(vessa_${name} PRIVATE -fsanitize=fuzzer-no-link)  # libFuzzer sees which way the input takes
+    endif()
   else()
     add_library(vessa_${name} INTERFACE)
     target_link_libraries(vessa_${name} INTERFACE vessa_options ${ARG_BELOW})

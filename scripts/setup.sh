@@ -4,6 +4,8 @@
 #   scripts/setup.sh try     build the library and the tool, decompose a sample file
 #   scripts/setup.sh test    everything that scripts/test.sh runs (the default)
 #   scripts/setup.sh bench   what scripts/bench.sh needs on top
+#   scripts/setup.sh fuzz    what scripts/fuzz.sh needs
+#   scripts/setup.sh coverage   what scripts/coverage.sh and scripts/mutants.sh need on top
 set -eu
 
 # python3-pydicom brings the sample files. All other packages are compilers, libraries and test peers.
@@ -12,13 +14,17 @@ try_packages='git cmake ninja-build g++ ccache zlib1g-dev libcli11-dev libfmt-de
 test_packages="$try_packages binutils clang-format clang-tidy dcmtk libgdcm-tools libgmock-dev libgtest-dev googletest
   g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64"
 bench_packages="$try_packages libbenchmark-dev libdcmtk-dev"
+fuzz_packages='git cmake ninja-build ccache clang libclang-rt-14-dev zlib1g-dev'
+coverage_packages="$test_packages gcovr"
 
 case "${1:-test}" in
   try) packages=$try_packages ;;
   test) packages=$test_packages ;;
   bench) packages=$bench_packages ;;
+  fuzz) packages=$fuzz_packages ;;
+  coverage) packages=$coverage_packages ;;
   *)
-    sed -n '2,6s/^# \{0,1\}//p' "$0" >&2
+    sed -n '2,8s/^# \{0,1\}//p' "$0" >&2
     exit 2
     ;;
 esac

@@ -2,7 +2,7 @@
 # Builds and runs every test, and the checks of the formatter and the linter. Set-up included.
 #
 #   scripts/test.sh                     all stages
-#   scripts/test.sh release windows     these alone: format, release, sanitize, windows, tidy
+#   scripts/test.sh release windows     these alone: format, release, sanitize, windows, tidy, fuzz
 #
 # All stages run, also after one has failed; the table at the end names each with its outcome and time.
 # Everything that is made lies under build/: delete it for a cold start.
@@ -64,13 +64,14 @@ tidy() {
   cmake --preset tidy --log-level=WARNING && cmake --build --preset tidy -j "$jobs" -- -k 0
 }
 
-[ $# -gt 0 ] || set -- format release sanitize windows tidy
+[ $# -gt 0 ] || set -- format release sanitize windows tidy fuzz
 for wanted; do
   case $wanted in
     format) stage format check_format ;;
     release | sanitize) build_and_test "$wanted" ;;
     windows) stage 'windows: wine' start_wine && build_and_test windows ;;
     tidy) stage tidy tidy ;;
+    fuzz) stage fuzz scripts/fuzz.sh 20s ;;
     *)
       echo "test: unknown stage '$wanted'" >&2
       exit 2
