@@ -23,4 +23,7 @@ constexpr bool HasNativePixels(std::string_view uid) {
          uid == kExplicitBigEndian;
 }
 
+/// True where pixel data come in fragments.
+bool HasEncapsulatedPixels(std::string_view uid);
+
 }  // namespace emulator

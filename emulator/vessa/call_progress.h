@@ -11,15 +11,9 @@
 #include <string_view>
 #include <type_traits>
 
-namespace emulator::tool {
+#include "emulator/path_text.h"
 
-/// One step of the path of open elements: an element and, inside a sequence or pixel data, its items.
-struct PathStep {
-  std::uint32_t tag;
-  std::uint32_t items;         ///< begun so far
-  std::uint32_t item_is_open;  ///< 1 while the last of them is
-  std::uint32_t item_length;   ///< of the last of them, as declared
-};
+namespace emulator::tool {
 
 struct CallProgress {
   static constexpr std::size_t kPathSteps = 64;

@@ -2,31 +2,10 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "emulator/vessa/tag_text.h"
 
 namespace emulator::tool {
 namespace {
-
-std::string StepText(const PathStep& step) {
-  std::string tag = DisplayTag(step.tag);
-  if (step.items == 0) return tag;
-  return fmt::format("{} {}item {}", tag, step.item_is_open != 0 ? "" : "after ", step.items);
-}
-
-std::string PathText(const CallProgress& progress) {
-  const std::size_t kept = std::min<std::size_t>(progress.path_depth, CallProgress::kPathSteps);
-  std::string text;
-  for (std::size_t index = 0; index < kept; ++index) {
-    text += (index == 0 ? "" : " > ") + StepText(progress.path[index]);
-  }
-  if (progress.path_depth > kept) {
-    text += fmt::format(" > ... {} more levels ... > {}", progress.path_depth - kept - 1,
-                        StepText(progress.last_step));
-  }
-  return text;
-}
 
 std::string InputText(const CallProgress& progress) {
   return progress.input_name[0] == '\0' ? std::string() : fmt::format("{}: ", progress.input_name.data());
@@ -42,9 +21,8 @@ bool EndsInsideDefinedItem(const CallProgress& progress) {
 }  // namespace
 
 std::string PlaceText(const CallProgress& progress) {
-  const std::string offset =
-      fmt::format("offset {}{}", progress.stream_offset, progress.at_end != 0 ? ", where the data end" : "");
-  return progress.path_depth == 0 ? offset + ", at the top level" : offset + ", in " + PathText(progress);
+  return emulator::PlaceText(progress.stream_offset, progress.at_end != 0,
+                             PathText(progress.path, progress.path_depth, progress.last_step));
 }
 
 std::string TimeoutText(const CallProgress& progress, double seconds) {
