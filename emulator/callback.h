@@ -34,6 +34,13 @@ struct Callback {
   std::chrono::nanoseconds took{0};  ///< what was called inside it included
 };
 
+/// How much of the texts a line shows.
+enum class TextForm {
+  kArguments,  ///< arguments of up to 64 units; of longer ones and of all results the length
+  kShort,      ///< arguments and results of up to 64 units; of longer ones the length
+  kWhole,      ///< all of it
+};
+
 /// The callback as one line of a script:
 ///
 ///     PushMethod 3 "Peek" 1             texts of up to 64 units in quotes; '"' and '\' as \" and \\,
@@ -46,6 +53,13 @@ struct Callback {
 ///     ConvertResult 3 -> 0 bytes
 ///     NewLongString 40000 -> null       an area that was not given
 ///     InvokeMethod 1 = 5                the status, when it is not 0
-std::string CallbackLine(const Callback& callback);
+std::string CallbackLine(const Callback& callback, TextForm form = TextForm::kArguments);
+
+/// The part of that line before the answer.
+std::string CallbackQuestion(const Callback& callback, TextForm form);
+
+/// A text as it stands in such a line.
+void AppendQuoted(std::string_view bytes, std::string& line);
+void AppendQuoted(std::span<const std::uint16_t> units, std::string& line);
 
 }  // namespace emulator

@@ -20,13 +20,19 @@ class CallbackGate {
     if (host == nullptr) return kNotConnected;
     ++host->callback_count_;
     try {
-      if (!host->recording_ && !host->observer_) return Answer(*host, operation, work);
+      if (!IsWatched()) return Answer(*host, operation, work);
       return Watched(*host, operation, work, describe);
     } catch (const std::bad_alloc&) {
       return kOutOfStore;
     } catch (...) {
       return kFailure;
     }
+  }
+
+  /// Whether anybody is told of the callback at hand.
+  static bool IsWatched() noexcept {
+    const Host* const host = Host::Current();
+    return host != nullptr && (host->recording_ || host->observer_);
   }
 
   /// Whether the answer at hand is to be that lie.

@@ -1,38 +1,16 @@
 #include "emulator/callback_table.h"
 
-#include <cstdio>
-#include <cstdlib>
+#include <vector>
 
 #include "emulator/callback_gate.h"
+#include "emulator/callback_items.h"
+#include "emulator/unused_positions.h"
 
 namespace emulator {
 namespace {
 
 using vessa::HostServices;
 using vessa::LongStringDescriptor;
-
-// --- What those who watch are told ---------------------------------------------------------------------------
-
-/// The text given as length and pointer; by its length alone where there is no such text.
-CallbackItem Text(int length, const unsigned char* text) {
-  if (length < 0 || text == nullptr) return Extent{length, "bytes"};
-  return std::string_view(reinterpret_cast<const char*>(text), static_cast<std::size_t>(length));
-}
-
-CallbackItem Text(int length, const std::uint16_t* text) {
-  if (length < 0 || text == nullptr) return Extent{length, "units"};
-  return std::span<const std::uint16_t>(text, static_cast<std::size_t>(length));
-}
-
-CallbackItem Number(std::int64_t value) { return value; }
-
-CallbackItem Bytes(std::int64_t count) { return Extent{count, "bytes"}; }
-
-CallbackItem Units(std::int64_t count) { return Extent{count, "units"}; }
-
-std::int64_t LengthOf(const LongStringDescriptor* descriptor) {
-  return descriptor == nullptr ? 0 : std::int64_t{descriptor->length};
-}
 
 // --- Pushes --------------------------------------------------------------------------------------------------
 
@@ -93,17 +71,25 @@ void* NewLongWideString(LongStringDescriptor* descriptor, int length) {
   return area;
 }
 
+/// What the push takes away; nothing unless somebody watches.
+template <class Unit>
+std::vector<Unit> ContentsForWatchers(const LongStringDescriptor* descriptor) {
+  return CallbackGate::IsWatched() ? ContentsOf<Unit>(descriptor) : std::vector<Unit>();
+}
+
 int PushLongString(LongStringDescriptor* descriptor) {
+  const std::vector<char> text = ContentsForWatchers<char>(descriptor);
   return CallbackGate::Pass(
       Operation::kPushLongString, [=](Machine& machine) { machine.PushLongBytes(descriptor); },
-      [=](Callback& callback) { callback.arguments = {Bytes(LengthOf(descriptor))}; });
+      [&text](Callback& callback) { callback.arguments = {std::string_view(text.data(), text.size())}; });
 }
 
 template <Operation kOperation>
 int PushLongUnits(LongStringDescriptor* descriptor) {
+  const std::vector<std::uint16_t> text = ContentsForWatchers<std::uint16_t>(descriptor);
   return CallbackGate::Pass(
       kOperation, [=](Machine& machine) { machine.PushLongUnits(descriptor); },
-      [=](Callback& callback) { callback.arguments = {Units(LengthOf(descriptor))}; });
+      [&text](Callback& callback) { callback.arguments = {Text(text)}; });
 }
 
 // --- Objects -------------------------------------------------------------------------------------------------
@@ -263,39 +249,9 @@ int PopWideString(int* length, std::uint16_t** text) {
 
 // --- The table -----------------------------------------------------------------------------------------------
 
-void NotOffered() {
-  static_cast<void>(std::fputs(
-      "The library called a position of the callback table that the host does not offer.\n", stderr));
-  std::abort();
-}
-
-template <std::size_t kCount>
-void Fill(HostServices::Unused (&positions)[kCount]) {
-  for (HostServices::Unused& position : positions) position = NotOffered;
-}
-
-void FillUnused(HostServices& table) {
-  Fill(table.unused_0);
-  Fill(table.unused_11);
-  Fill(table.unused_18);
-  Fill(table.unused_28);
-  Fill(table.unused_33);
-  Fill(table.unused_35);
-  Fill(table.unused_41);
-  Fill(table.unused_46);
-  Fill(table.unused_50);
-  Fill(table.unused_52);
-  Fill(table.unused_54);
-  Fill(table.unused_60);
-  Fill(table.unused_73);
-  Fill(table.unused_96);
-  Fill(table.unused_101);
-  Fill(table.unused_104);
-}
-
 HostServices MakeTable() {
   HostServices table{};
-  FillUnused(table);
+  FillUnusedPositions(table);
   table.convert_result = ConvertResult;
   table.push_integer = PushInteger;
   table.push_double = PushDouble;

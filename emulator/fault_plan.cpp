@@ -1,17 +1,30 @@
 #include "emulator/fault_plan.h"
 
 namespace emulator {
+namespace {
+
+Occasions Nth(std::uint64_t n, bool from_then_on) { return from_then_on ? Occasions{n} : Occasions{n, n}; }
+
+}  // namespace
+
+void FaultPlan::Fail(Operation operation, const Occasions& occasions, int status) {
+  rules_.push_back({operation, std::nullopt, occasions, status});
+}
+
+void FaultPlan::FailMethod(std::string_view method, const Occasions& occasions, int status) {
+  rules_.push_back({Operation::kInvokeMethod, std::string(method), occasions, status});
+}
 
 void FaultPlan::FailNth(std::uint64_t n, int status, bool from_then_on) {
-  rules_.push_back({std::nullopt, std::nullopt, n, status, from_then_on});
+  rules_.push_back({std::nullopt, std::nullopt, Nth(n, from_then_on), status});
 }
 
 void FaultPlan::FailNth(Operation operation, std::uint64_t n, int status, bool from_then_on) {
-  rules_.push_back({operation, std::nullopt, n, status, from_then_on});
+  Fail(operation, Nth(n, from_then_on), status);
 }
 
 void FaultPlan::FailNthMethod(std::string_view method, std::uint64_t n, int status, bool from_then_on) {
-  rules_.push_back({Operation::kInvokeMethod, std::string(method), n, status, from_then_on});
+  FailMethod(method, Nth(n, from_then_on), status);
 }
 
 void FaultPlan::LieNth(Lie lie, std::uint64_t n) { lies_.push_back({lie, n}); }
@@ -27,8 +40,7 @@ int FaultPlan::StatusFor(Operation operation, std::string_view method) {
   for (Rule& rule : rules_) {
     if (rule.operation && *rule.operation != operation) continue;
     if (rule.method && *rule.method != method) continue;
-    ++rule.seen;
-    const bool fails = rule.from_then_on ? rule.seen >= rule.n : rule.seen == rule.n;
+    const bool fails = rule.occasions.Hold(++rule.seen);
     if (fails && status == 0) status = rule.status;
   }
   if (status != 0) ++hits_;

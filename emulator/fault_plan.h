@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,9 +19,22 @@ enum class Lie {
   kCountAboveCapacity,  ///< ConvertResult to a counted string: 65535 in its count
 };
 
+/// Which of the uses of something are meant, counted from 1: `first`, every `step`th behind it, none behind `last`.
+struct Occasions {
+  std::uint64_t first = 1;
+  std::uint64_t last = std::numeric_limits<std::uint64_t>::max();
+  std::uint64_t step = 1;
+
+  bool Hold(std::uint64_t n) const { return n >= first && n <= last && (n - first) % step == 0; }
+};
+
 /// Which callbacks are to fail, and with what. Every rule counts from 1 and from when it was given.
 class FaultPlan {
  public:
+  /// These uses of one operation, or these InvokeMethods of a method of that name, answer `status`.
+  void Fail(Operation operation, const Occasions& occasions, int status);
+  void FailMethod(std::string_view method, const Occasions& occasions, int status);
+
   /// The nth callback of any kind answers `status`, and all behind it when `from_then_on`.
   void FailNth(std::uint64_t n, int status, bool from_then_on = false);
 
@@ -51,9 +65,8 @@ class FaultPlan {
   struct Rule {
     std::optional<Operation> operation;
     std::optional<std::string> method;
-    std::uint64_t n = 1;
+    Occasions occasions;
     int status = 0;
-    bool from_then_on = false;
     std::uint64_t seen = 0;
   };
   struct PlannedLie {

@@ -1,10 +1,12 @@
 #include "emulator/library.h"
 
 #include <algorithm>
-#include <mutex>
+#include <array>
+#include <chrono>
 #include <stdexcept>
 #include <utility>
 
+#include "emulator/call_watcher.h"
 #include "emulator/host.h"
 #include "emulator/platform/shared_object.h"
 
@@ -47,9 +49,11 @@ Library::Library(Library&&) noexcept = default;
 Library& Library::operator=(Library&&) noexcept = default;
 Library::~Library() = default;
 
-Library Library::Load(const std::string& path) {
+Library Library::Load(const std::string& path) { return Load(path, Host::Table()); }
+
+Library Library::Load(const std::string& path, const vessa::HostServices* callbacks) {
   auto object = std::make_unique<SharedObject>(path);
-  const vessa::CallOutRow* table = GetTableFunction(*object, path)(nullptr, Host::Table());
+  const vessa::CallOutRow* table = GetTableFunction(*object, path)(nullptr, callbacks);
   if (table == nullptr) throw std::runtime_error(path + ": GetZFTable handed out no table");
   return {std::move(object), table};
 }
@@ -71,27 +75,39 @@ const vessa::CallOutRow& Library::Row(std::string_view name, std::string_view ty
   return *row;
 }
 
+template <class Entry>
+std::int32_t Library::Make(const CallOut& call, const Entry& entry) const {
+  const auto turn = TakeTurn();
+  if (watcher_ == nullptr) return entry();
+  watcher_->OnCall(call);
+  const auto start = std::chrono::steady_clock::now();
+  const std::int32_t returned = entry();
+  watcher_->OnReturn(call, returned, std::chrono::steady_clock::now() - start);
+  return returned;
+}
+
 std::int32_t Library::Call(std::string_view name, vessa::HostString& buffer) const {
   const vessa::CallOutRow* row = Find(name);
   const bool plain = row != nullptr && std::string_view(row->argument_types) == "B";
-  const auto turn = TakeTurn();
-  return Row(name, plain ? "B" : "Bz").entry.buffer(&buffer);
+  const auto entry = Row(name, plain ? "B" : "Bz").entry.buffer;
+  return Make({name, &buffer, {}}, [&] { return entry(&buffer); });
 }
 
 std::int32_t Library::Call(std::string_view name, vessa::HostString& buffer, std::int32_t value) const {
-  const auto turn = TakeTurn();
-  return Row(name, "Bi").entry.buffer_and_integer(&buffer, value);
+  const auto entry = Row(name, "Bi").entry.buffer_and_integer;
+  return Make({name, &buffer, {&value, 1}}, [&] { return entry(&buffer, value); });
 }
 
 std::int32_t Library::Call(std::string_view name, std::int32_t first, std::int32_t second,
                            std::int32_t third) const {
-  const auto turn = TakeTurn();
-  return Row(name, "ioo").entry.three_integers(first, second, third);
+  const auto entry = Row(name, "ioo").entry.three_integers;
+  const std::array<std::int32_t, 3> numbers{first, second, third};
+  return Make({name, nullptr, numbers}, [&] { return entry(first, second, third); });
 }
 
 std::int32_t Library::Call(std::string_view name) const {
-  const auto turn = TakeTurn();
-  return Row(name, "coi").entry.arguments_unread();
+  const auto entry = Row(name, "coi").entry.arguments_unread;
+  return Make({name, nullptr, {}}, [&] { return entry(); });
 }
 
 ListResult Library::CallList(std::string_view name, const ListBuilder& arguments) const {

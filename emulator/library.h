@@ -11,6 +11,8 @@
 
 namespace emulator {
 
+class CallWatcher;
+struct CallOut;
 class SharedObject;
 
 /// What a call-out with a value list in its buffer answered.
@@ -32,12 +34,17 @@ class Library {
   /// names
   ///                             the file and the system's reason
   static Library Load(const std::string& path);
+  /// The same, with the callback table of another host.
+  static Library Load(const std::string& path, const vessa::HostServices* callbacks);
 
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;
   Library(Library&&) noexcept;
   Library& operator=(Library&&) noexcept;
   ~Library();
+
+  /// From now on `watcher` is told of every call; null for nobody. It lives as long as calls are made.
+  void Watch(CallWatcher* watcher) { watcher_ = watcher; }
 
   /// Row 0 of the call-out table; a row of nulls ends it.
   const vessa::CallOutRow* Table() const { return table_; }
@@ -60,9 +67,12 @@ class Library {
  private:
   Library(std::unique_ptr<SharedObject> object, const vessa::CallOutRow* table);
   const vessa::CallOutRow& Row(std::string_view name, std::string_view types) const;
+  template <class Entry>
+  std::int32_t Make(const CallOut& call, const Entry& entry) const;
 
   std::unique_ptr<SharedObject> object_;
   const vessa::CallOutRow* table_ = nullptr;
+  CallWatcher* watcher_ = nullptr;
 };
 
 /// Puts bytes into a buffer. @throws std::length_error  more than 32767 bytes

@@ -19,6 +19,10 @@ class Command {
   /// Says which arguments it takes.
   virtual void Define(CLI::App& app) = 0;
 
+  /// For a command whose words hold a command line: reads it, once its own words are known. `settings` are what stands
+  /// before it, and become what it says.
+  virtual void ReadInnerCommand(Settings& /*settings*/) {}
+
   /// Does the work, in a process that may end at any time. Throws ToolError, ReaderGone or, for a failure that has no
   /// words yet, any other exception.
   virtual void Run(Session& session) = 0;

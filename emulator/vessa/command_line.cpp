@@ -55,7 +55,10 @@ int PrintHelp(const std::string& text) {
 
 }  // namespace
 
-CommandLine::CommandLine() : app_(kDescription, "vessa"), commands_(AllCommands()) {
+CommandLine::CommandLine() : CommandLine(Settings{DefaultLibrary(), Settings::kTimeoutSeconds, {}}) {}
+
+CommandLine::CommandLine(const Settings& settings)
+    : app_(kDescription, "vessa"), settings_(settings), commands_(AllCommands()) {
   app_.footer(kExamples);
   app_.require_subcommand(1);
   app_.fallthrough();
@@ -65,7 +68,6 @@ CommandLine::CommandLine() : app_(kDescription, "vessa"), commands_(AllCommands(
 }
 
 void CommandLine::DefineSettings() {
-  settings_.library_path = DefaultLibrary();
   app_.set_version_flag("--version", std::string("vessa ") + VESSA_VERSION);
   app_.add_option("--library", settings_.library_path, "Library to load [the one beside this program]");
   app_.add_option("--timeout", settings_.timeout_seconds,
@@ -91,9 +93,11 @@ void CommandLine::DefineCommands() {
 void CommandLine::Parse(std::vector<std::string> arguments) {
   std::reverse(arguments.begin(), arguments.end());  // the parser takes them from the back
   app_.parse(std::move(arguments));
+  ChosenCommand().ReadInnerCommand(settings_);
 }
 
 int CommandLine::Answer(const CLI::ParseError& error) const {
+  if (const auto* answered = dynamic_cast<const CLI::RuntimeError*>(&error)) return answered->get_exit_code();
   std::ostringstream help;
   std::ostringstream explanation;
   if (app_.exit(error, help, explanation) == 0) return PrintHelp(help.str());

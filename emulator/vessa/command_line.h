@@ -13,6 +13,8 @@ namespace emulator::tool {
 class CommandLine {
  public:
   CommandLine();
+  /// One inside another command line, which says what holds unless this one says otherwise.
+  explicit CommandLine(const Settings& settings);
 
   /// Throws CLI::ParseError, which stands for a request for help as well; Answer tells them apart.
   void Parse(std::vector<std::string> arguments);

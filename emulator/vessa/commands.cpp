@@ -9,7 +9,7 @@ constexpr Maker kMakers[] = {
     MakeTableCommand,   MakeTagCommand,     MakeDumpCommand,   MakeEventsCommand,  MakeQueryCommand,
     MakeItemsCommand,   MakeParseCommand,   MakeCallCommand,   MakeBigHexCommand,  MakeSwapCommand,
     MakeImportCommand,  MakeGlobalsCommand, MakeExportCommand, MakeConvertCommand, MakeKillCommand,
-    MakeDeflateCommand, MakeInflateCommand,
+    MakeDeflateCommand, MakeInflateCommand, MakeTraceCommand,  MakeReplayCommand,
 };
 
 }  // namespace

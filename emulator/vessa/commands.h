@@ -28,5 +28,7 @@ std::unique_ptr<Command> MakeConvertCommand();
 std::unique_ptr<Command> MakeKillCommand();
 std::unique_ptr<Command> MakeDeflateCommand();
 std::unique_ptr<Command> MakeInflateCommand();
+std::unique_ptr<Command> MakeTraceCommand();
+std::unique_ptr<Command> MakeReplayCommand();
 
 }  // namespace emulator::tool

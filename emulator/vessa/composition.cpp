@@ -11,6 +11,7 @@ void Compose(Session& session, const ComposeRequest& request) {
   CallProgress& progress = session.Progress();
   progress.NameInput(request.name);
   Host host(request.nodes);  // the current one, as long as it lives
+  session.Equip(host);
   const Registered writer(host, std::make_shared<WriterObject>(request.take, progress));
   const Registered pixels(host, std::make_shared<WatchedStream>(request.pixels, progress));
   try {

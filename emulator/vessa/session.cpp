@@ -50,6 +50,18 @@ Session::Session(const Settings& settings, CallProgress& progress)
       output_(progress),
       library_(LoadLibrary(settings.library_path)) {}
 
+void Session::Watch(CallWatcher& watcher) {
+  watcher_ = &watcher;
+  library_.Watch(&watcher);
+  Equip(host_);
+}
+
+void Session::Equip(Host& host) {
+  if (&host != &host_) host.faults() = host_.faults();
+  if (watcher_ == nullptr) return;
+  host.Observe([watcher = watcher_](const Callback& callback) { watcher->OnCallback(callback); });
+}
+
 ListResult Session::CallList(std::string_view name, const ListBuilder& arguments) {
   ListResult result;
   try {

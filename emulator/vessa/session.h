@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "emulator/call_watcher.h"
 #include "emulator/host.h"
 #include "emulator/library.h"
 #include "emulator/vessa/call_progress.h"
@@ -15,8 +16,9 @@ namespace emulator::tool {
 
 /// What every command is told on the command line.
 struct Settings {
-  std::string library_path;     ///< in UTF-8
-  double timeout_seconds = 10;  ///< 0 for no limit
+  static constexpr double kTimeoutSeconds = 10;
+  std::string library_path;                  ///< in UTF-8
+  double timeout_seconds = kTimeoutSeconds;  ///< 0 for no limit
   std::optional<bool> colour;
 };
 
@@ -37,6 +39,11 @@ class Session {
   CallProgress& Progress() { return progress_; }
   Output& Out() { return output_; }
   Host& TheHost() { return host_; }
+  /// Has another host, which stands in for the session's, make the same faults and tell the same watcher.
+  void Equip(Host& host);
+
+  /// From now on `watcher` is told of every call and callback. It outlives the session's calls.
+  void Watch(CallWatcher& watcher);
 
   /// A "Bz" call. Throws LibraryFailure when its result list says so.
   ListResult CallList(std::string_view name, const ListBuilder& arguments);
@@ -53,6 +60,7 @@ class Session {
   Output output_;
   Host host_;
   Library library_;
+  CallWatcher* watcher_ = nullptr;
 };
 
 }  // namespace emulator::tool

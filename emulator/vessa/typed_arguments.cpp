@@ -180,4 +180,27 @@ std::string TypedText(const ListValue& item) {
   return fmt::format("type {}", item.type);
 }
 
+std::string TypedWord(const ListValue& item) {
+  constexpr std::size_t kMostUnits = 64;
+  switch (static_cast<ListType>(item.type)) {
+    case ListType::kAbsent:
+      return "absent";
+    case ListType::kString:
+      if (item.data.size() > kMostUnits) return fmt::format("s:{} bytes", item.data.size());
+      return "s:" + Quoted(PrintableAscii(item.data));
+    case ListType::kWideString:
+      if (item.data.size() > 2 * kMostUnits) return fmt::format("w:{} units", item.data.size() / 2);
+      return "w:" + Quoted(PrintableUtf8(ToUtf8(AsWideText(item.value))));
+    case ListType::kNonNegativeInteger:
+    case ListType::kNegativeInteger:
+      return fmt::format("i:{}", AsInteger(item.value));
+    case ListType::kNonNegativeDecimal:
+    case ListType::kNegativeDecimal:
+      return "n:" + DecimalText(item);
+    case ListType::kDouble:
+      return fmt::format("d:{}", std::get<double>(item.value));
+  }
+  return fmt::format("type {}", item.type);
+}
+
 }  // namespace emulator::tool

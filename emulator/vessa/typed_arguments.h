@@ -17,4 +17,7 @@ ListBuilder ParseTypedArguments(const std::vector<std::string>& words);
 /// An item of a value list in the words' types, with its value.
 std::string TypedText(const ListValue& item);
 
+/// The same as a word: i:5, s:"text", w:"text"; of a text longer than 64 units the length.
+std::string TypedWord(const ListValue& item);
+
 }  // namespace emulator::tool

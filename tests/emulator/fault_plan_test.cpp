@@ -45,6 +45,20 @@ TEST(FaultPlan, FailsTheNthInvocationOfAMethod) {
   EXPECT_EQ(call("Skip"), 0);
 }
 
+TEST(FaultPlan, FailsOnEachOfTheOccasions) {
+  const auto failed_of_ten = [](const Occasions& occasions) {
+    Host host;
+    host.faults().Fail(Operation::kPushInteger, occasions, 5);
+    std::string failed;
+    for (int n = 1; n <= 10; ++n) failed += Callbacks().push_integer(n) == 0 ? '.' : 'x';
+    return failed;
+  };
+  EXPECT_EQ(failed_of_ten({}), "xxxxxxxxxx");
+  EXPECT_EQ(failed_of_ten({3, 5}), "..xxx.....");
+  EXPECT_EQ(failed_of_ten({.first = 2, .step = 3}), ".x..x..x..");
+  EXPECT_EQ(failed_of_ten({2, 7, 2}), ".x.x.x....");
+}
+
 TEST(FaultPlan, CountsFromWhenTheRuleWasGivenAndForgets) {
   Host host;
   Callbacks().push_integer(1);
