@@ -1,0 +1,185 @@
+#!/usr/bin/python3
+"""mutants.py COUNT SEED: see mutants.sh."""
+
+import os
+import pathlib
+import random
+import re
+import resource
+import shutil
+import subprocess
+import sys
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+WORK = ROOT / "build" / "mutants"
+TREE = WORK / "tree"
+BUILD = WORK / "build"
+FOLDERS = ["host", "stream", "decompose", "vdoc", "compose"]
+SURVIVORS = ROOT / "scripts" / "mutants_survivors.txt"
+
+BUILD_SECONDS = 300
+FIRST_TEST_SECONDS = 600
+TEST_BYTES = 4 << 30
+MOST_SURVIVORS = 0.05
+
+# What is broken, and into what. Comparisons stand between blanks, template arguments do not.
+SWAPS = {
+    " == ": [" != "],
+    " != ": [" == "],
+    " < ": [" <= ", " >= "],
+    " > ": [" >= ", " <= "],
+    " <= ": [" < ", " > "],
+    " >= ": [" > ", " < "],
+    " && ": [" || "],
+    " || ": [" && "],
+    " + ": [" - "],
+    " - ": [" + "],
+    " += ": [" -= "],
+    " -= ": [" += "],
+    "std::min": ["std::max"],
+    "std::max": ["std::min"],
+    "true": ["false"],
+    "false": ["true"],
+    "++": ["--"],
+    "--": ["++"],
+}
+TOKEN = re.compile("|".join(rf"\b{s}\b" if s[0].isalpha() else re.escape(s) for s in SWAPS) + r"|\b(?:0x[0-9A-Fa-f]+|\d+)\b")
+# No program text: comments, texts, characters, and what the compiler alone looks at.
+OPAQUE = re.compile(r'//.*|"(?:\\.|[^"\\])*"|\'(?:\\.|[^\'\\])*\'|^\s*#.*|^\s*static_assert.*|\[\[.*?\]\]|\b\w*int\d+_t\b')
+
+
+def replacements(token):
+    if token in SWAPS:
+        return SWAPS[token]
+    value = int(token, 0)
+    others = [value + 1] if value == 0 else [value + 1, value - 1]
+    return [hex(other) if token.startswith("0x") else str(other) for other in others]
+
+
+def mutants_of(path):
+    """(path, line index, column, token, replacement) of everything that can be broken in a source."""
+    for index, line in enumerate((ROOT / path).read_text(encoding="utf-8").splitlines()):
+        text = OPAQUE.sub(lambda match: "\0" * len(match.group()), line)
+        for match in TOKEN.finditer(text):
+            for replacement in replacements(match.group()):
+                yield path, index, match.start(), match.group(), replacement
+
+
+def all_mutants():
+    sources = [path for folder in FOLDERS for path in sorted((ROOT / folder).iterdir())]
+    return [mutant for path in sources if path.suffix in (".h", ".cpp") for mutant in mutants_of(path.relative_to(ROOT))]
+
+
+def run(command, seconds, **options):
+    """The command's exit code; 124 when it had to be ended."""
+    with subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, cwd=TREE,
+                          start_new_session=True, **options) as process:
+        try:
+            return process.wait(seconds)
+        except subprocess.TimeoutExpired:
+            os.killpg(process.pid, 9)
+            return 124
+
+
+def build(targets):
+    return run(["cmake", "--build", str(BUILD), "-j1", "--target", *targets], BUILD_SECONDS) == 0
+
+
+def limit_memory():
+    resource.setrlimit(resource.RLIMIT_AS, (TEST_BYTES, TEST_BYTES))
+
+
+def passes(test, seconds):
+    command = [str(BUILD / test), "--gtest_brief=1", "--gtest_fail_fast"]
+    return run(command, seconds, preexec_fn=limit_memory) == 0
+
+
+def make_tree():
+    """Builds the tree as it stands, apart from the original, without optimisation and without symbols.
+
+    Returns the tests with the seconds that each may take."""
+    WORK.mkdir(parents=True, exist_ok=True)
+    files = subprocess.run(["git", "ls-files", "-z"], cwd=ROOT, check=True, capture_output=True).stdout
+    for name in files.decode().split("\0")[:-1]:
+        target = TREE / name
+        if target.exists() and target.read_bytes() == (ROOT / name).read_bytes():
+            continue
+        target.parent.mkdir(parents=True, exist_ok=True)
+        shutil.copyfile(ROOT / name, target)
+        shutil.copymode(ROOT / name, target)
+    os.environ["CCACHE_BASEDIR"] = str(TREE)
+    flags = "-O0 -D_GLIBCXX_ASSERTIONS -Wno-error"
+    subprocess.run(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "--log-level=WARNING", "-DCMAKE_BUILD_TYPE=None",
+                    f"-DCMAKE_CXX_FLAGS={flags}"], check=True)
+    tests = [f"{folder}_test" for folder in FOLDERS] + ["callouts_test"]
+    if not build([*tests, "VessaDCM"]):
+        sys.exit("mutants: the tree does not build")
+    return {test: patience_for(test) for test in tests}
+
+
+def patience_for(test):
+    """Seconds after which the test is taken to hang: ten times what it takes when nothing is broken, on a busy machine
+    some more."""
+    started = time.monotonic()
+    if not passes(test, FIRST_TEST_SECONDS):
+        sys.exit(f"mutants: {test} fails before anything is broken")
+    taken = time.monotonic() - started
+    print(f"{test} passes in {taken:.1f} s", flush=True)
+    return 20 + 10 * taken
+
+
+def outcome_of(mutant, patience):
+    """none: does not build; caught; or survived."""
+    path, index, column, token, replacement = mutant
+    source = TREE / path
+    original = source.read_text(encoding="utf-8")
+    lines = original.splitlines(keepends=True)
+    lines[index] = lines[index][:column] + replacement + lines[index][column + len(token):]
+    source.write_text("".join(lines), encoding="utf-8")
+    try:
+        # A header is compiled into the tests as well, which would take minutes: of it the loaded library is built.
+        unit_test = [f"{path.parts[0]}_test"] if path.suffix == ".cpp" else []
+        if not build(["VessaDCM", *unit_test]):
+            return "none"
+        return "survived" if all(passes(test, patience[test]) for test in [*unit_test, "callouts_test"]) else "caught"
+    finally:
+        source.write_text(original, encoding="utf-8")
+
+
+def describe(mutant):
+    path, index, column, token, replacement = mutant
+    text = (ROOT / path).read_text(encoding="utf-8").splitlines()[index]
+    return f"{path} | {text[:column].lstrip()}[{token.strip()} -> {replacement.strip()}]{text[column + len(token):]}"
+
+
+def read_reasons():
+    lines = SURVIVORS.read_text(encoding="utf-8").splitlines()
+    entries = [line.rsplit(" | ", 1) for line in lines if line.strip() and not line.startswith("#")]
+    return {mutant.strip(): reason.strip() for mutant, reason in entries}
+
+
+def main():
+    count, seed = int(sys.argv[1]), int(sys.argv[2])
+    patience = make_tree()
+    candidates = all_mutants()
+    random.Random(seed).shuffle(candidates)
+    reasons = read_reasons()
+    tried = 0
+    survived = []
+    for mutant in candidates:
+        if tried == count:
+            break
+        outcome = outcome_of(mutant, patience)
+        print(f"{tried:4} {outcome:8} {describe(mutant)}", flush=True)
+        tried += outcome != "none"
+        if outcome == "survived":
+            survived.append(describe(mutant))
+    print(f"\n{tried} mutants of {len(candidates)} possible, seed {seed}: {len(survived)} survived")
+    for mutant in survived:
+        print(f"  {mutant}\n      {reasons.get(mutant, 'NO REASON GIVEN')}")
+    return 0 if len(survived) <= MOST_SURVIVORS * tried else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
