@@ -148,6 +148,13 @@ TEST_F(ComposeStream, WritesTheDictionarysPlaceholdersAsTheyStand) {
               "FEFF 0DE0 4E41 0000");
 }
 
+TEST_F(ComposeStream, WritesUnknownAndShortVrsAsTheyStand) {
+  data_.Top(0x00100010, 1, "ZZ", "AB");
+  data_.Top(0x00100020, 2, "P", "AB");
+  data_.Top(0x00100030, 3, "DATE", "AB");  // the first two letters count
+  ExpectBytes(Compose(), "1000 1000 5A5A 0200 4142 1000 2000 5000 0200 4142 1000 3000 4441 0200 4142");
+}
+
 TEST_F(ComposeStream, ReadsKeysAsDecimalTagsWithAll32Bits) {
   data_.LinkTop(std::string("none"), std::int64_t{1});
   data_.LinkTop(std::int64_t{2147483648}, std::int64_t{1});

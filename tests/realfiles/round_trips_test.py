@@ -175,6 +175,7 @@ class RoundTrips(unittest.TestCase):
         process = run(*arguments, "--verify")
         if target == IMPLICIT and UNDEFINED_UN in process.stderr:
             self.assertTrue(has_private_sequence(original.data_set))
+            self.assertFalse(output.exists())
             self.unverified.add(original.sample.name)
             process = run(*arguments)
         return process, output

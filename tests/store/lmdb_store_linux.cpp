@@ -5,8 +5,11 @@
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <cstdio>
+#include <functional>
 #include <thread>
 
+#include "emulator/store/data_sets.h"
 #include "emulator/store/data_store.h"
 #include "emulator/store/store_error.h"
 #include "emulator/store/storing_sink.h"
@@ -32,20 +35,23 @@ std::string PixelsNamed(const std::string& id, Globals& nodes) {
   return AsBytes(nodes.Get("KevDICOM.Meta", {id, std::string("pixels")}).value());
 }
 
-/// Puts a data set of many elements and some pixel data into the store.
-void Import(DataStore& store, const std::string& id) {
+/// Puts a data set of some pixel data and many elements into the store. `behind` is told of every element and of the
+/// end, before the commit.
+void Import(DataStore& store, const std::string& id, const std::function<void(int elements)>& behind = {}) {
   const auto transaction = store.Begin(Access::kWrite);
   StoringSink sink(*transaction, id);
   sink.StartContent(kExplicitLittleEndian);
+  sink.StartElement(kPixelData, "OW", 10000);
+  for (std::uint32_t chunk = 1; chunk <= 100; ++chunk) sink.Data(kPixelData, chunk, std::string(100, 'p'));
+  sink.EndElement(kPixelData);
   for (std::uint32_t tag = 0x00100010; tag < 0x00100010 + kElements; ++tag) {
     sink.StartElement(tag, "LO", 100);
     sink.Data(tag, 1, std::string(100, 'x'));
     sink.EndElement(tag);
+    if (behind) behind(static_cast<int>(tag - 0x00100010 + 1));
   }
-  sink.StartElement(kPixelData, "OW", 10000);
-  for (std::uint32_t chunk = 1; chunk <= 100; ++chunk) sink.Data(kPixelData, chunk, std::string(100, 'p'));
-  sink.EndElement(kPixelData);
   sink.EndContent();
+  if (behind) behind(kElements + 1);
   transaction->Commit();
 }
 
@@ -162,69 +168,79 @@ int StatusOf(pid_t child) {
   return status;
 }
 
-TEST(LmdbStore, HoldsNoHalfDataSetAfterAnImportWasKilled) {
-  const ScratchFolder folder;
-  int killed = 0;
-  for (int round = 0; round < 20; ++round) {
-    const std::string id = "killed." + std::to_string(round);
-    const pid_t child = Fork([&] { Import(*OpenDataStore(folder.Path()), id); });
-    std::this_thread::sleep_for(std::chrono::microseconds(500 + 700 * round));
-    kill(child, SIGKILL);
-    if (WIFSIGNALED(StatusOf(child))) ++killed;
+/// Looks at the store from a new process, as the next import would: all of the data set or nothing is there, and the next
+/// import works. True when all of it is there.
+bool HoldsAllOrNothing(const ScratchFolder& folder, const std::string& id) {
+  const pid_t looker = Fork([&] {
+    const auto store = OpenDataStore(folder.Path());
+    const int elements = CountElements(*store->Begin(Access::kRead)->Nodes(), id);
+    if (elements != 0 && elements != kElements + 1) throw StoreError(id + ": half a data set");
+    Import(*store, "behind " + id);
+    const auto transaction = store->Begin(Access::kRead);
+    if (CountElements(*transaction->Nodes(), "behind " + id) != kElements + 1)
+      throw StoreError("the next import is not there");
+  });
+  EXPECT_EQ(StatusOf(looker), 0) << id;
+  EXPECT_EQ(folder.CountFiles("incoming"), 0U);
+  const auto store = OpenDataStore(folder.Path());
+  return CountElements(*store->Begin(Access::kRead)->Nodes(), id) != 0;
+}
 
-    // Each look at the store is from a new process, as the next import would be.
-    const pid_t looker = Fork([&] {
-      const auto store = OpenDataStore(folder.Path());
-      const int elements = CountElements(*store->Begin(Access::kRead)->Nodes(), id);
-      if (elements != 0 && elements != kElements + 1) throw StoreError(id + ": half a data set");
-      Import(*store, "next." + std::to_string(round));
-      const auto transaction = store->Begin(Access::kRead);
-      if (CountElements(*transaction->Nodes(), "next." + std::to_string(round)) != kElements + 1)
-        throw StoreError("the next import is not there");
-    });
-    ASSERT_EQ(StatusOf(looker), 0) << "round " << round;
-    EXPECT_EQ(folder.CountFiles("incoming"), 0U);
-  }
-  EXPECT_GT(killed, 0);
-
-  // As many files as data sets: nothing was left behind.
+/// As many files as data sets: nothing was left behind.
+void ExpectAFileForEachDataSet(const ScratchFolder& folder) {
   const auto store = OpenDataStore(folder.Path());
   const auto transaction = store->Begin(Access::kRead);
   std::size_t data_sets = 0;
-  for (auto next = transaction->Nodes()->Order("KevDICOM.Meta", {std::string()}); !next.subscript.empty();
-       next = transaction->Nodes()->Order("KevDICOM.Meta", {next.subscript}))
-    ++data_sets;
+  VisitDataSets(*transaction->Nodes(), [&](const std::string&) { ++data_sets; });
   EXPECT_EQ(folder.CountFiles("pixels"), data_sets);
 }
 
-/// Ends a process in the middle of an import at a point that it chooses itself, so that all stages are met.
-TEST(LmdbStore, HoldsNothingOfAnImportThatEndsAtAnyStage) {
+/// The import waits where it is to be killed, so that each kill meets it there.
+TEST(LmdbStore, HoldsNothingOfAnImportThatIsKilledInItsMiddle) {
   const ScratchFolder folder;
-  for (const int last : {0, 1, 100, 1999, 2000}) {
+  constexpr int kKills = 20;
+  for (int round = 0; round < kKills; ++round) {
+    const int last =
+        1 + round * kElements / (kKills - 1);  // from the first element to the end, before the commit
+    std::array<int, 2> there{};
+    ASSERT_EQ(pipe(there.data()), 0);
+    const std::string id = "killed behind " + std::to_string(last);
     const pid_t child = Fork([&] {
-      const auto store = OpenDataStore(folder.Path());
-      const auto transaction = store->Begin(Access::kWrite);
-      StoringSink sink(*transaction, "A");
-      sink.StartContent(kExplicitLittleEndian);
-      sink.StartElement(kPixelData, "OW", 10);
-      sink.Data(kPixelData, 1, "0123456789");
-      sink.EndElement(kPixelData);
-      for (int element = 0; element < last; ++element) {
-        const std::uint32_t tag = 0x00100010 + static_cast<std::uint32_t>(element);
-        sink.StartElement(tag, "LO", 2);
-        sink.Data(tag, 1, "xx");
-        sink.EndElement(tag);
-      }
-      sink.EndContent();
-      raise(SIGKILL);
+      Import(*OpenDataStore(folder.Path()), id, [&](int elements) {
+        if (elements != last) return;
+        if (write(there[1], "x", 1) != 1) throw StoreError("pipe");
+        pause();
+      });
     });
+    char token = 0;
+    ASSERT_EQ(read(there[0], &token, 1), 1);
+    kill(child, SIGKILL);
     ASSERT_TRUE(WIFSIGNALED(StatusOf(child)));
-    EXPECT_EQ(folder.CountFiles("incoming"), 1U);
-    const auto store = OpenDataStore(folder.Path());
-    EXPECT_TRUE(NodeList(*store->Begin(Access::kRead)->Nodes(), "KevDICOM.Data").empty());
-    store->Begin(Access::kWrite)->Commit();
-    EXPECT_EQ(folder.CountFiles("incoming"), 0U);
+    for (const int end : there) close(end);
+    EXPECT_FALSE(HoldsAllOrNothing(folder, id));
   }
+  ExpectAFileForEachDataSet(folder);
+}
+
+/// At any moment, the commit and the settling of the files included.
+TEST(LmdbStore, HoldsAllOrNothingOfAnImportThatIsKilledAtAnyMoment) {
+  const ScratchFolder folder;
+  const auto start = std::chrono::steady_clock::now();
+  ASSERT_EQ(StatusOf(Fork([&] { Import(*OpenDataStore(folder.Path()), "whole"); })), 0);
+  const auto took = std::chrono::steady_clock::now() - start;
+  int killed = 0;
+  int committed = 0;
+  for (int round = 0; round < 20; ++round) {
+    const std::string id = "killed " + std::to_string(round);
+    const pid_t child = Fork([&] { Import(*OpenDataStore(folder.Path()), id); });
+    std::this_thread::sleep_for(took * (round + 1) / 20);
+    kill(child, SIGKILL);
+    if (WIFSIGNALED(StatusOf(child))) ++killed;
+    if (HoldsAllOrNothing(folder, id)) ++committed;
+  }
+  std::printf("%d of 20 killed before their end, %d committed\n", killed, committed);
+  EXPECT_GT(killed, 0);
+  ExpectAFileForEachDataSet(folder);
 }
 
 TEST(LmdbStore, LetsTwoProcessesReadWhileOneWrites) {

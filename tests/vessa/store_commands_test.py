@@ -170,17 +170,33 @@ class StoreCommands(unittest.TestCase):
         self.assertIn("\r[####################          ] 2 of 3 files, 0 failed", shown)
         self.assertTrue(shown.endswith("imported 3 of 3 files with 3 elements\r\n"), shown)
 
-    def test_leaves_nothing_of_an_import_that_is_interrupted(self):
-        big = self.file("big.dcm", dicom_file(b"1.23", *[
-            element(0x00200000 + n, b"LO", b"x" * 100) for n in range(0x10, 0xF000)], PIXELS))
-        for delay in (0.02, 0.1, 0.2):
-            with subprocess.Popen([VESSA, "import", big], env=self.environment, stdout=subprocess.DEVNULL) as process:
-                time.sleep(delay)
-                process.send_signal(signal.SIGKILL)
-            listed = self.run_tool("globals").stdout.count("\n")
-            self.assertIn(listed, (0, 3 * 0xEFF0 + 4 + 5))  # nothing or all
-        self.run_tool("import", big, "--replace")
+    def test_holds_all_or_nothing_of_an_import_that_is_killed(self):
+        elements = 20000
+        big = self.file("big.dcm", dicom_file(b"1.23", PIXELS, *[
+            element(0x00200000 + n, b"LO", b"x" * 100) for n in range(0x10, 0x10 + elements)]))
+        started = time.monotonic()
+        self.run_tool("import", big, "--id", "whole")
+        took = time.monotonic() - started
+        killed = unfinished = 0
+        for kill in range(20):
+            with subprocess.Popen([VESSA, "import", big, "--id", f"{kill}"], env=self.environment,
+                                  stdout=subprocess.DEVNULL, start_new_session=True) as process:
+                time.sleep(took * (kill + 0.5) / 20)
+                os.killpg(process.pid, signal.SIGKILL)  # the tool and the process that it works in
+            killed += process.returncode == -signal.SIGKILL
+            listed = self.run_tool("globals", "--width", "40").stdout.count(f"({kill},0,")
+            self.assertIn(listed, (0, elements + 2))
+            unfinished += listed == 0
+        print(f"{killed} of 20 imports killed, {unfinished} of them before their commit")
+        self.assertGreater(unfinished, 0)
+        self.run_tool("import", big, "--id", "next")
         self.assertEqual(list((self.folder / "vessa/incoming").iterdir()), [])
+
+    def test_keeps_its_store_below_the_home_folder_by_default(self):
+        del self.environment["XDG_DATA_HOME"]
+        self.environment["HOME"] = str(self.folder / "home")
+        self.run_tool("import", self.file("a.dcm", dicom_file(b"1.23", NAME)))
+        self.assertTrue((self.folder / "home/.local/share/vessa/pixels").is_dir())
 
 
 if __name__ == "__main__":
