@@ -5,6 +5,7 @@
 
 #include "emulator/host.h"
 #include "emulator/machine.h"
+#include "emulator/turn.h"
 
 namespace emulator {
 
@@ -18,6 +19,7 @@ class CallbackGate {
   static int Pass(Operation operation, const Work& work, const Describe& describe) noexcept {
     Host* const host = Host::Current();
     if (host == nullptr) return kNotConnected;
+    const Turn turn(Turn::Of::kHost);
     ++host->callback_count_;
     try {
       if (!IsWatched()) return Answer(*host, operation, work);

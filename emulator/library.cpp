@@ -10,6 +10,7 @@
 #include "emulator/call_watcher.h"
 #include "emulator/host.h"
 #include "emulator/platform/shared_object.h"
+#include "emulator/turn.h"
 
 namespace emulator {
 namespace {
@@ -36,9 +37,15 @@ ListResult ResultOf(std::int32_t returned, const vessa::HostString& buffer) {
 
 /// Held through every call-out: only one may run at a time in a process. A call from inside an event of another, on the
 /// same thread, is part of that one.
-std::unique_lock<std::recursive_mutex> TakeTurn() {
-  static std::recursive_mutex turn;
-  return std::unique_lock(turn);
+std::unique_lock<std::recursive_mutex> OnlyCall() {
+  static std::recursive_mutex running;
+  return std::unique_lock(running);
+}
+
+template <class Entry>
+std::int32_t HandOver(const Entry& entry) {
+  const Turn turn(Turn::Of::kLibrary);
+  return entry();
 }
 
 }  // namespace
@@ -57,6 +64,10 @@ Library Library::Load(const std::string& path, const vessa::HostServices* callba
   const vessa::CallOutRow* table = GetTableFunction(*object, path)(nullptr, callbacks);
   if (table == nullptr) throw std::runtime_error(path + ": GetZFTable handed out no table");
   return {std::move(object), table};
+}
+
+Library Library::Linked(vessa::GetZFTableFunction* get_table) {
+  return {nullptr, get_table(nullptr, Host::Table())};
 }
 
 const vessa::CallOutRow* Library::Find(std::string_view name) const {
@@ -78,11 +89,11 @@ const vessa::CallOutRow& Library::Row(std::string_view name, std::string_view ty
 
 template <class Entry>
 std::int32_t Library::Make(const CallOut& call, const Entry& entry) const {
-  const auto turn = TakeTurn();
-  if (watcher_ == nullptr) return entry();
+  const auto only_call = OnlyCall();
+  if (watcher_ == nullptr) return HandOver(entry);
   watcher_->OnCall(call);
   const auto start = std::chrono::steady_clock::now();
-  const std::int32_t returned = entry();
+  const std::int32_t returned = HandOver(entry);
   watcher_->OnReturn(call, returned, std::chrono::steady_clock::now() - start);
   return returned;
 }

@@ -36,6 +36,8 @@ class Library {
   static Library Load(const std::string& path);
   /// The same, with the callback table of another host.
   static Library Load(const std::string& path, const vessa::HostServices* callbacks);
+  /// A library that is part of this program.
+  static Library Linked(vessa::GetZFTableFunction* get_table);
 
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;

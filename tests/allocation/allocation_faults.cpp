@@ -1,0 +1,62 @@
+#include "tests/allocation/allocation_faults.h"
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+#include "emulator/turn.h"
+
+namespace {
+
+std::uint64_t g_fails_from = 0;
+std::uint64_t g_fails_to = 0;
+std::uint64_t g_seen = 0;
+std::uint64_t g_failed = 0;
+
+}  // namespace
+
+void AllocationFaults::FailNth(std::uint64_t n, bool from_then_on) {
+  g_fails_from = n;
+  g_fails_to = from_then_on ? UINT64_MAX : n;
+  g_seen = 0;
+  g_failed = 0;
+}
+
+std::uint64_t AllocationFaults::Failed() { return g_failed; }
+
+bool AllocationFaults::Strike() {
+  if (emulator::Turn::Current() != emulator::Turn::Of::kLibrary || g_fails_from == 0) return false;
+  ++g_seen;
+  if (g_seen < g_fails_from || g_seen > g_fails_to) return false;
+  ++g_failed;
+  return true;
+}
+
+// The linker sends every use of malloc and its kin in this program to __wrap_malloc, and __real_malloc to the system's.
+
+extern "C" {
+
+void* __real_malloc(std::size_t size);
+void* __real_calloc(std::size_t count, std::size_t size);
+void* __real_realloc(void* block, std::size_t size);
+
+void* __wrap_malloc(std::size_t size) { return AllocationFaults::Strike() ? nullptr : __real_malloc(size); }
+
+void* __wrap_calloc(std::size_t count, std::size_t size) {
+  return AllocationFaults::Strike() ? nullptr : __real_calloc(count, size);
+}
+
+void* __wrap_realloc(void* block, std::size_t size) {
+  return AllocationFaults::Strike() ? nullptr : __real_realloc(block, size);
+}
+}
+
+// The array and nothrow forms of the standard library come here, too.
+
+void* operator new(std::size_t size) {
+  if (void* const block = std::malloc(size == 0 ? 1 : size)) return block;
+  throw std::bad_alloc();
+}
+
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
