@@ -5,7 +5,11 @@ import subprocess
 
 ELEMENT = re.compile(r"(?P<indent> *)\((?P<tag>[0-9a-f]{4},[0-9a-f]{4})\) (?P<vr>[A-Za-z?]{2}) (?P<value>.*?) *"
                      r"# *(?P<length>\S+), *\d+ .*", re.DOTALL)
+LENGTH = re.compile(r"# *(u/l|\d+), *\d+ [^#]*$")  # at the end of such a line, whatever its value holds
 GROUP_LENGTH = re.compile(r" *\([0-9a-f]{4},0000\) UL ")
+
+UNDEFINED = 0xFFFFFFFF
+DELIMITATIONS = (0xFFFEE00D, 0xFFFEE0DD)
 
 
 def _run(*arguments):
@@ -46,6 +50,23 @@ class Dump:
         start = next((at for at, line in enumerate(lines) if line == "# Dicom-Data-Set"), 0)
         self.lines = [_normal(line) for line in lines[start:]
                       if line and not line.startswith("# ") and not GROUP_LENGTH.match(line)]
+
+
+def structure(path):
+    """Triples of depth, tag and length in the order of DCMTK's listing: elements, items, fragments. None where it refuses
+    the file."""
+    process = _run("dcmdump", "-q", "+Qn", path)
+    if process.returncode != 0:
+        return None
+    data_set = process.stdout.decode("latin-1").split("# Dicom-Data-Set\n")[-1]
+    found = []
+    for line in data_set.split("\n"):
+        element, length = ELEMENT.fullmatch(line), LENGTH.search(line)
+        if element and length:
+            tag = int(element["tag"].replace(",", ""), 16)
+            if tag not in DELIMITATIONS:
+                found.append((len(element["indent"]) // 2, tag, UNDEFINED if length[1] == "u/l" else int(length[1])))
+    return found
 
 
 def differences(first, second):
