@@ -4,6 +4,7 @@
 #include <dcmtk/dcmdata/dcelem.h>
 #include <dcmtk/dcmdata/dcfilefo.h>
 #include <dcmtk/dcmdata/dcistrmb.h>
+#include <dcmtk/dcmdata/dcostrmb.h>
 #include <dcmtk/dcmdata/dcstack.h>
 #include <dcmtk/dcmdata/dcxfer.h>
 
@@ -32,18 +33,46 @@ void Silence() {
   static_cast<void>(silent);
 }
 
-}  // namespace
-
-std::size_t ParseWithDcmtk(const std::string& data_set, const std::string& transfer_syntax) {
+/// Reads it all; every value comes into memory. @return  the elements in the tree
+std::size_t Parse(DcmDataset& tree, const std::string& data_set, const std::string& transfer_syntax) {
   DcmInputBufferStream stream;
   stream.setBuffer(data_set.data(), static_cast<offile_off_t>(data_set.size()));
   stream.setEos();
-  DcmDataset tree;
   tree.transferInit();
   const OFCondition result = tree.read(stream, DcmXfer(transfer_syntax.c_str()).getXfer(), EGL_noChange);
   tree.transferEnd();
   if (result.bad()) throw std::runtime_error(result.text());
   return TouchValues(tree);
+}
+
+}  // namespace
+
+std::size_t ParseWithDcmtk(const std::string& data_set, const std::string& transfer_syntax) {
+  DcmDataset tree;
+  return Parse(tree, data_set, transfer_syntax);
+}
+
+struct DcmtkTree::Tree {
+  DcmDataset data_set;
+};
+
+DcmtkTree::DcmtkTree(const std::string& data_set, const std::string& transfer_syntax)
+    : tree_{std::make_unique<Tree>()} {
+  Parse(tree_->data_set, data_set, transfer_syntax);
+}
+
+DcmtkTree::~DcmtkTree() = default;
+
+std::size_t DcmtkTree::Write(const std::string& transfer_syntax, Lengths lengths, std::string& buffer) const {
+  DcmOutputBufferStream stream(buffer.data(), static_cast<offile_off_t>(buffer.size()));
+  DcmDataset& tree = tree_->data_set;
+  tree.transferInit();
+  const E_EncodingType encoding = lengths == Lengths::kDefined ? EET_ExplicitLength : EET_UndefinedLength;
+  const OFCondition result =
+      tree.write(stream, DcmXfer(transfer_syntax.c_str()).getXfer(), encoding, nullptr);
+  tree.transferEnd();
+  if (result.bad()) throw std::runtime_error(result.text());
+  return static_cast<std::size_t>(stream.tell());
 }
 
 std::string ValueReadWithDcmtk(const std::string& file_name, std::span<const DcmtkStep> path) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 
@@ -12,6 +13,23 @@ namespace bench {
 /// Reads a data set in memory into DCMTK's tree and touches every value.
 /// @return  the elements in the tree
 std::size_t ParseWithDcmtk(const std::string& data_set, const std::string& transfer_syntax);
+
+/// A data set in DCMTK's tree, every value in memory.
+class DcmtkTree {
+ public:
+  DcmtkTree(const std::string& data_set, const std::string& transfer_syntax);
+  ~DcmtkTree();
+  DcmtkTree(const DcmtkTree&) = delete;
+  DcmtkTree& operator=(const DcmtkTree&) = delete;
+
+  enum class Lengths { kDefined, kUndefined };
+  /// Writes it into memory, sequences and items with lengths of that kind. @return  bytes written
+  std::size_t Write(const std::string& transfer_syntax, Lengths lengths, std::string& buffer) const;
+
+ private:
+  struct Tree;
+  std::unique_ptr<Tree> tree_;
+};
 
 /// An element, and which of its items to go on in when it is a sequence.
 struct DcmtkStep {

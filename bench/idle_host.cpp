@@ -11,7 +11,7 @@ std::string_view g_data;
 std::size_t g_position = 0;
 std::uint64_t g_served = 0;
 int g_last_integer = 0;
-enum class Pending { kOther, kPeek, kSkip } g_pending = Pending::kOther;
+enum class Pending { kOther, kPeek, kSkip, kRead } g_pending = Pending::kOther;
 
 int ConvertResult(int type, void* receiver) {
   if (type == vessa::kConvertToInteger) {
@@ -23,7 +23,10 @@ int ConvertResult(int type, void* receiver) {
   return 0;
 }
 int PushMethod(unsigned int /*oref*/, int /*length*/, const unsigned char* name, int /*wanted*/) {
-  g_pending = name[0] == 'P' ? Pending::kPeek : name[1] == 'k' ? Pending::kSkip : Pending::kOther;
+  g_pending = name[0] == 'P'   ? Pending::kPeek
+              : name[0] == 'R' ? Pending::kRead
+              : name[1] == 'k' ? Pending::kSkip
+                               : Pending::kOther;
   return 0;
 }
 int InvokeMethod(int /*arguments*/) {
@@ -37,6 +40,7 @@ int PopString(int* length, unsigned char** text) {
   // The table's type is the host's; nobody writes through it.
   *text = const_cast<unsigned char*>(reinterpret_cast<const unsigned char*>(g_data.data() + g_position));
   g_served += count;
+  if (g_pending == Pending::kRead) g_position += count;
   return 0;
 }
 int PopInteger(int* value) {

@@ -22,13 +22,23 @@ LibraryUnderTest::LibraryUnderTest(const vessa::HostServices* services) : object
 
 void LibraryUnderTest::Call(std::string_view name, std::string_view arguments) {
   static const std::string success = emulator::ListBuilder().Integer(0).Bytes();
-  const vessa::CallOutRow* row = table_;
-  while (row->name != name) ++row;
   emulator::Fill(buffer_, arguments);
-  row->entry.buffer(&buffer_);
+  Row(name).entry.buffer(&buffer_);
   const std::string_view results = emulator::Contents(buffer_);
   if (!results.starts_with(success))
     throw std::runtime_error(emulator::AsBytes(emulator::ReadList(results).at(1).value));
+}
+
+void LibraryUnderTest::Call(std::string_view name, std::int32_t first, std::int32_t second,
+                            std::int32_t third) {
+  if (Row(name).entry.three_integers(first, second, third) != 0)
+    throw std::runtime_error(std::string(name) + " failed");
+}
+
+const vessa::CallOutRow& LibraryUnderTest::Row(std::string_view name) const {
+  const vessa::CallOutRow* row = table_;
+  while (row->name != name) ++row;
+  return *row;
 }
 
 std::vector<emulator::ListValue> LibraryUnderTest::Answer() const {

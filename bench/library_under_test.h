@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -18,6 +19,9 @@ class LibraryUnderTest {
   /// @throws std::runtime_error  the call's own message when it failed
   void Call(std::string_view name, std::string_view arguments);
 
+  /// The same for a call-out of three integers.
+  void Call(std::string_view name, std::int32_t first, std::int32_t second, std::int32_t third);
+
   /// What the last call answered behind its status, item by item.
   std::vector<emulator::ListValue> Answer() const;
 
@@ -25,6 +29,8 @@ class LibraryUnderTest {
   void DecomposeStream(std::string_view transfer_syntax);
 
  private:
+  const vessa::CallOutRow& Row(std::string_view name) const;
+
   emulator::SharedObject object_;
   const vessa::CallOutRow* table_;
   vessa::HostString buffer_;

@@ -6,6 +6,9 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   bench::RegisterDecomposeBenchmarks();
   bench::RegisterQueryBenchmarks();
+  bench::RegisterComposeBenchmarks();
+  bench::RegisterDeflateBenchmarks();
+  bench::RegisterImportBenchmarks();
   benchmark::RunSpecifiedBenchmarks();
   return 0;
 }

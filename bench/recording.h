@@ -16,14 +16,18 @@ class Recording {
     kConvertResult,
     kPushInteger,
     kPushString,
+    kPushGlobal,
     kPushGlobalInNamespace,
     kPopInteger,
     kPopString,
+    kPopWideString,
     kPushMethod,
     kInvokeMethod,
     kPushProperty,
     kGetProperty,
     kGlobalDefined,
+    kGlobalGet,
+    kGlobalOrder,
     kPushUnsigned,
   };
   struct Callback {

@@ -5,5 +5,8 @@ namespace bench {
 // Each file of benchmarks registers its own.
 void RegisterDecomposeBenchmarks();
 void RegisterQueryBenchmarks();
+void RegisterComposeBenchmarks();
+void RegisterDeflateBenchmarks();
+void RegisterImportBenchmarks();
 
 }  // namespace bench

@@ -18,10 +18,13 @@ def medians(report):
     for run in report["benchmarks"]:
         if run["run_type"] != "iteration":
             continue
-        work, who = run["run_name"].rsplit("/", 1)
+        name = run["run_name"].split("/iterations:")[0]  # how it was run is no part of its name
+        work, who = name.rsplit("/", 1)
         samples = runs.setdefault(work, {}).setdefault(who, {})
-        samples.setdefault("ns", []).append(run["cpu_time"] * NANOSECONDS[run["time_unit"]])
-        for counter, unit in (("per_element", 1e9), ("bytes_per_second", 1e-9), ("callbacks", 1), ("bytes_read", 1)):
+        clock = "real_time" if run["run_name"].endswith("/real_time") else "cpu_time"
+        samples.setdefault("ns", []).append(run[clock] * NANOSECONDS[run["time_unit"]])
+        for counter, unit in (("per_element", 1e9), ("bytes_per_second", 1e-9), ("callbacks", 1), ("bytes_read", 1),
+                              ("elements_per_second", 1)):
             if counter in run:
                 samples.setdefault(counter, []).append(run[counter] * unit)
     return {
@@ -42,7 +45,7 @@ def line(who, row, reference):
     cells.append(f"{row['per_element']:9.1f} ns/element" if row.get("per_element", 1e9) < 1e5 else " " * 20)
     cells.append(f"{row['bytes_per_second']:8.2f} GB/s" if "bytes_per_second" in row else " " * 13)
     cells.append(f"  library takes {reference['ns'] / row['ns']:.3g} x this" if row is not reference else "")
-    for name in ("callbacks", "bytes_read"):
+    for name in ("callbacks", "bytes_read", "elements_per_second"):
         if name in row:
             cells.append(f"  {row[name]:.0f} {name.replace('_', ' ')}")
     return "".join(cells).rstrip()

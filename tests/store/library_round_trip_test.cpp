@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "emulator/content_events.h"
 #include "emulator/host.h"
 #include "emulator/library.h"
+#include "emulator/sink_object.h"
 #include "emulator/store/data_set_comparison.h"
 #include "emulator/store/data_set_replay.h"
 #include "emulator/store/data_sets.h"
@@ -25,18 +25,6 @@ const Library& TheLibrary() {
   static const Library library = Library::Load(VESSA_LIBRARY_PATH);
   return library;
 }
-
-class SinkObject : public Object {
- public:
-  explicit SinkObject(ContentSink& sink) : sink_(sink) {}
-  Value Call(std::string_view method, std::span<const Value> arguments) override {
-    DispatchEvent(method, arguments, sink_);
-    return std::string();
-  }
-
- private:
-  ContentSink& sink_;
-};
 
 std::string MessageOf(const ListResult& result) { return {result.message.begin(), result.message.end()}; }
 
