@@ -44,7 +44,7 @@ void WriteHeader(std::span<std::uint8_t> header, std::uint64_t content) {
 /// Bytes of the shortest form of a number: the high bytes that are `filler` throughout are left out.
 std::uint64_t ShortestBytes(std::uint64_t bits, std::uint64_t filler) {
   std::uint64_t bytes = 0;
-  for (; bits != filler && bytes < sizeof bits; ++bytes) bits = bits >> 8 | filler << 56;
+  for (; bits != filler; ++bytes) bits = bits >> 8 | filler << 56;
   return bytes;
 }
 

@@ -26,5 +26,12 @@ TEST(DebugReport, IsOfTheDebugLevel) {
   EXPECT_EQ(written, "");
 }
 
+TEST(FormatDebugReport, IsEmptyWhenTheFormatFails) {
+  DebugReportBuffer buffer;
+  const wchar_t no_character[] = {static_cast<wchar_t>(0x7FFFFFFF), L'\0'};
+  FormatDebugReport(buffer, "before %ls", no_character);
+  EXPECT_STREQ(buffer.data(), "");
+}
+
 }  // namespace
 }  // namespace vessa
