@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """mutants.py COUNT SEED: see mutants.sh."""
 
+import json
 import os
 import pathlib
 import random
@@ -9,7 +10,6 @@ import resource
 import shutil
 import subprocess
 import sys
-import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutants"
@@ -19,7 +19,8 @@ FOLDERS = ["host", "stream", "decompose", "vdoc", "compose"]
 SURVIVORS = ROOT / "scripts" / "mutants_survivors.txt"
 
 BUILD_SECONDS = 300
-FIRST_TEST_SECONDS = 600
+FIRST_SECONDS = 3600
+FAST_TEST_SECONDS = 0.3
 TEST_BYTES = 4 << 30
 MOST_SURVIVORS = 0.05
 
@@ -82,23 +83,41 @@ def run(command, seconds, **options):
             return 124
 
 
-def build(targets):
-    return run(["cmake", "--build", str(BUILD), "-j1", "--target", *targets], BUILD_SECONDS) == 0
+def build(targets, seconds=BUILD_SECONDS):
+    return run(["cmake", "--build", str(BUILD), "-j1", "--target", *targets], seconds) == 0
 
 
 def limit_memory():
     resource.setrlimit(resource.RLIMIT_AS, (TEST_BYTES, TEST_BYTES))
 
 
-def passes(test, seconds):
-    command = [str(BUILD / test), "--gtest_brief=1", "--gtest_fail_fast"]
-    return run(command, seconds, preexec_fn=limit_memory) == 0
+class Test:
+    """A test program, and those of its cases that are fast."""
+
+    def __init__(self, name):
+        self.command = [str(BUILD / name), "--gtest_brief=1", "--gtest_fail_fast"]
+        report = BUILD / f"{name}.json"
+        if run([*self.command, f"--gtest_output=json:{report}"], FIRST_SECONDS, preexec_fn=limit_memory) != 0:
+            sys.exit(f"mutants: {name} fails before anything is broken")
+        times = {
+            f"{suite['name']}.{case['name']}": float(case["time"].rstrip("s"))
+            for suite in json.loads(report.read_text())["testsuites"]
+            for case in suite["testsuite"]
+        }
+        slow = [case for case, seconds in times.items() if seconds > FAST_TEST_SECONDS]
+        seconds = sum(seconds for seconds in times.values() if seconds <= FAST_TEST_SECONDS)
+        print(f"{name}: {len(times) - len(slow)} fast cases in {seconds:.1f} s, {len(slow)} slow ones left out", flush=True)
+        self.command.append("--gtest_filter=-" + ":".join(slow))
+        self.patience = 20 + 10 * seconds  # others may keep the machine busy
+
+    def passes(self):
+        return run(self.command, self.patience, preexec_fn=limit_memory) == 0
 
 
 def make_tree():
     """Builds the tree as it stands, apart from the original, without optimisation and without symbols.
 
-    Returns the tests with the seconds that each may take."""
+    Returns its tests by their names."""
     WORK.mkdir(parents=True, exist_ok=True)
     files = subprocess.run(["git", "ls-files", "-z"], cwd=ROOT, check=True, capture_output=True).stdout
     for name in files.decode().split("\0")[:-1]:
@@ -113,23 +132,12 @@ def make_tree():
     subprocess.run(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "--log-level=WARNING", "-DCMAKE_BUILD_TYPE=None",
                     f"-DCMAKE_CXX_FLAGS={flags}"], check=True)
     tests = [f"{folder}_test" for folder in FOLDERS] + ["callouts_test"]
-    if not build([*tests, "VessaDCM"]):
+    if not build([*tests, "VessaDCM"], FIRST_SECONDS):
         sys.exit("mutants: the tree does not build")
-    return {test: patience_for(test) for test in tests}
+    return {name: Test(name) for name in tests}
 
 
-def patience_for(test):
-    """Seconds after which the test is taken to hang: ten times what it takes when nothing is broken, on a busy machine
-    some more."""
-    started = time.monotonic()
-    if not passes(test, FIRST_TEST_SECONDS):
-        sys.exit(f"mutants: {test} fails before anything is broken")
-    taken = time.monotonic() - started
-    print(f"{test} passes in {taken:.1f} s", flush=True)
-    return 20 + 10 * taken
-
-
-def outcome_of(mutant, patience):
+def outcome_of(mutant, tests):
     """none: does not build; caught; or survived."""
     path, index, column, token, replacement = mutant
     source = TREE / path
@@ -143,11 +151,11 @@ def outcome_of(mutant, patience):
             unit_test = f"{path.parts[0]}_test"
             if not build([unit_test]):
                 return "none"
-            if not passes(unit_test, patience[unit_test]):
+            if not tests[unit_test].passes():
                 return "caught"
         if not build(["VessaDCM"]):
             return "none"
-        return "survived" if passes("callouts_test", patience["callouts_test"]) else "caught"
+        return "survived" if tests["callouts_test"].passes() else "caught"
     finally:
         source.write_text(original, encoding="utf-8")
 
@@ -166,7 +174,7 @@ def read_reasons():
 
 def main():
     count, seed = int(sys.argv[1]), int(sys.argv[2])
-    patience = make_tree()
+    tests = make_tree()
     candidates = all_mutants()
     random.Random(seed).shuffle(candidates)
     reasons = read_reasons()
@@ -175,7 +183,7 @@ def main():
     for mutant in candidates:
         if tried == count:
             break
-        outcome = outcome_of(mutant, patience)
+        outcome = outcome_of(mutant, tests)
         print(f"{tried:4} {outcome:8} {describe(mutant)}", flush=True)
         tried += outcome != "none"
         if outcome == "survived":

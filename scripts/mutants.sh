@@ -1,6 +1,6 @@
 #!/bin/sh
 # Asks whether the tests would notice: breaks one comparison, constant or boundary of the library at a time, in a copy of
-# the tree under build/mutants, builds it and runs the tests of its folder and of the call-outs.
+# the tree under build/mutants, builds it and runs the fast tests of its folder and of the call-outs.
 #
 #   scripts/mutants.sh [COUNT [SEED]]     so many mutants (200), chosen by that seed (1)
 #
