@@ -50,7 +50,8 @@ bool CGlobalContentSource::NextTagKey(std::string& key, ContentElement& element)
       throw CComposeException("NextTagKey: No data at reference ^KevDICOM.Data(" + Identifier() +
                               ",0,\"c\",0," + key + ")");
     }
-    return found == Found::kKeyAndValue && ReadElement(element);
+    if (found == Found::kKeyAndValue) ReadElement(element);
+    return found == Found::kKeyAndValue;
   });
 }
 
@@ -64,15 +65,15 @@ bool CGlobalContentSource::NextSequenceTagKey(const std::string& item_key, std::
       throw CComposeException("NextSequenceTagKey: No data at reference ^KevDICOM.Data(" + Identifier() +
                               "," + std::to_string(node) + ",\"c\"," + item_key + "," + key + ")");
     }
-    return found == Found::kKeyAndValue && ReadElement(element);
+    if (found == Found::kKeyAndValue) ReadElement(element);
+    return found == Found::kKeyAndValue;
   });
 }
 
-/// Fills in the element whose node number was read last. Always true: there is one.
-bool CGlobalContentSource::ReadElement(ContentElement& element) {
+/// Fills in the element whose node number was read last.
+void CGlobalContentSource::ReadElement(ContentElement& element) {
   element.node = ParseInteger32(node_text_);
   element.vr = ReadVr(element.node);
-  return true;
 }
 
 /// Empty where the node has no value, whether the host says so by an empty text or by its status.

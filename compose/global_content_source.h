@@ -37,7 +37,7 @@ class CGlobalContentSource : public CContentSource {
   bool HasUndefinedLength(std::int32_t node) override;
 
  private:
-  bool ReadElement(ContentElement& element);
+  void ReadElement(ContentElement& element);
   Vr ReadVr(std::int32_t node);
 
   // Kept from call to call for their storage.

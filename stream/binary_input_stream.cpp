@@ -58,7 +58,7 @@ Status CVessaBinaryInputStream::Transfer(std::uint64_t count, std::uint8_t* dest
 }
 
 Status CVessaBinaryInputStream::Peek(std::span<std::uint8_t> destination, bool& at_end) {
-  at_end = at_end_ && Available() == 0;
+  at_end = at_end_;  // then nothing is at hand
   if (at_end) return kSuccess;
   if (destination.size() > look_ahead_bytes_) return E_INVALIDARG;
   if (destination.size() > Available()) {

@@ -37,6 +37,13 @@ TEST(ListWriter, StartsEmpty) {
   ExpectOutOfBounds([&] { list.Seek(1); });
 }
 
+TEST(ListWriter, AFirstItemTooLongForItsStorageGoesToTheHeap) {
+  std::array<std::uint8_t, 8> storage;
+  VessaList list{std::span<std::uint8_t>(storage)};
+  list.AppendString(std::string_view("more than eight"));
+  EXPECT_EQ(BytesOf(list), ShortItem(1, vessa::BytesOf("more than eight")));
+}
+
 TEST(ListWriter, Writes32BitIntegersInTheirShortestForm) {
   EXPECT_EQ(WrittenInt(0), (Bytes{2, 4}));
   EXPECT_EQ(WrittenInt(1), (Bytes{3, 4, 1}));

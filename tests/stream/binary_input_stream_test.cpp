@@ -67,6 +67,11 @@ TEST_F(BinaryInputStream, AnEmptyStreamIsAtItsEndFromTheStart) {
   EXPECT_EQ(ReadBytes(stream, 0), "");
 }
 
+TEST_F(BinaryInputStream, LooksAheadAtTheFirstReadWhenNobodyHasOpenedIt) {
+  CVessaBinaryInputStream stream(Serve("abc"));
+  EXPECT_EQ(ReadBytes(stream, 2), "ab");
+}
+
 TEST_F(BinaryInputStream, ReadsOfAStreamThatStandsInTheMiddleGoOnThere) {
   const std::uint32_t oref = Serve("0123456789");
   served_->MoveTo(6);

@@ -34,6 +34,7 @@ TEST(NamedPipe, HasNoPositions) {
   EXPECT_EQ(stream.Open(), kSuccess);
   EXPECT_EQ(stream.GetPosition(), 0);
   EXPECT_EQ(PeekBytes(stream, 1), StatusText(E_INVALIDARG));
+  EXPECT_EQ(ReadBytes(stream, 1), StatusText(kReadFell));
   EXPECT_EQ(stream.Skip(1), E_INVALIDARG);
   EXPECT_EQ(stream.GetSize(), E_INVALIDARG);
   close(other_end);

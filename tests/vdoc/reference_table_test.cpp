@@ -127,6 +127,7 @@ const Refused kRefusedReferences[] = {
     {"^[1]", "Expected tag name"},
     {"^]", "Expected tag name"},
     {"^.", "Expected tag name"},
+    {"^{PatientName", "Expected tag name"},
     {"^,", "Expected tag name"},
     {"^)", "Expected tag name"},
     {"^\"\"", "Expected tag name"},
