@@ -222,6 +222,24 @@ TEST_F(HostileFile, WhoseNameHasCharactersOutsideTheCodePageIsNotFound) {
       u" wrapping input file");
 }
 
+TEST_F(HostileFile, OfFragmentsSendsOnlyThoseOfTwoChunksToTheResultStream) {
+  const std::string large(40000, 'x');
+  std::string fragments = Item("table.") + Item("first.");
+  for (int i = 0; i < 100; ++i) fragments += Item("small.");
+  std::ofstream(path_, std::ios::binary)
+      << kExplicit.Fragments("OB", fragments + Item(large) + Item("last.."));
+  auto [output, output_oref] = Make<MemoryStream>();
+  EXPECT_EQ(TextOf(Call("zfQueryFileOrDataSet", ListBuilder()
+                                                    .Integer(0)
+                                                    .String(path_)
+                                                    .String(kJpegBaseline)
+                                                    .List(Path({kPixelData}))
+                                                    .Integer(0)
+                                                    .Integer(output_oref))),
+            "OB table.");
+  EXPECT_TRUE(output->Bytes() == large);
+}
+
 TEST_F(HostileFile, AboveTwoGibibytesIsReadToItsEnd) {
   constexpr std::uint32_t kBytes = 0x80000010;  // of pixels, which no 32-bit offset can pass over
   {
