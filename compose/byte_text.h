@@ -8,8 +8,15 @@
 
 namespace vessa {
 
+/// 8-bit text that the host has handed out as bytes.
+inline std::string_view AsText(std::span<const std::uint8_t> bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
 // Values that the host hands out as 16-bit text stand for bytes, a character a byte. A character above 255
 // is no byte and goes through the system's code page.
+
+constexpr bool IsByte(char16_t character) { return character <= 0xFF; }
 
 /// Number of bytes that the characters stand for.
 std::size_t ByteCount(std::u16string_view characters);

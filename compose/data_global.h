@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "compose/byte_text.h"
 #include "host/callin.h"
 #include "host/push_subscripts.h"
 
@@ -40,8 +41,8 @@ class DataGlobal {
     return HoldsValue(PopInteger());
   }
 
-  /// Moves `key` to the next subscript below `level`; at the end it is empty. The node's value, if there is
-  /// one, is handed to `keep` while its bytes are the host's.
+  /// Moves `key` to the next subscript below `level`; at the end it is empty. The bytes of the node's value, if there
+  /// is one, are handed to `keep` while they are the host's.
   template <class Keep, class... Level>
   Found Step(std::string& key, Keep keep, const Level&... level) const {
     PushGlobalReference(kName);
@@ -68,8 +69,9 @@ class DataGlobal {
   static constexpr int kForward = 1;
 
   static void PopKey(std::string& key) {
-    const std::span<const std::uint8_t> text = PopString();
-    key.assign(text.begin(), text.end());
+    const std::string_view text = AsText(PopString());
+    if (text.empty()) return key.clear();  // as most walks over chunks end at once
+    key = text;
   }
 
   const std::string& identifier_;

@@ -32,6 +32,9 @@ auto RunNamed(std::string_view name, Operation operation) {
 /// The VR at the start of the characters; missing letters are zero.
 Vr FirstTwo(std::u16string_view characters, std::vector<std::uint8_t>& storage) {
   constexpr std::size_t kLetters = 2;
+  if (characters.size() >= kLetters && IsByte(characters[0]) && IsByte(characters[1])) [[likely]] {
+    return Vr(static_cast<char>(characters[0]), static_cast<char>(characters[1]));
+  }
   const std::span<const std::uint8_t> bytes = ToBytes(characters.substr(0, kLetters), storage);
   const auto letter = [bytes](std::size_t at) {
     return at < bytes.size() ? static_cast<char>(bytes[at]) : '\0';
@@ -44,14 +47,15 @@ Vr FirstTwo(std::u16string_view characters, std::vector<std::uint8_t>& storage) 
 bool CGlobalContentSource::NextTagKey(std::string& key, ContentElement& element) {
   return RunNamed("NextTagKey", [&] {
     const DataGlobal data(Identifier());
-    const auto keep = [this](auto bytes) { node_text_.assign(bytes.begin(), bytes.end()); };
+    const auto keep = [&element](auto bytes) { element.node = ParseInteger32(AsText(bytes)); };
     const Found found = data.Step(key, keep, kRootNode, kChildrenNode, kRootItem);
     if (found == Found::kKeyAlone) {
       throw CComposeException("NextTagKey: No data at reference ^KevDICOM.Data(" + Identifier() +
                               ",0,\"c\",0," + key + ")");
     }
-    if (found == Found::kKeyAndValue) ReadElement(element);
-    return found == Found::kKeyAndValue;
+    if (found == Found::kEnd) return false;
+    element.vr = ReadVr(element.node);
+    return true;
   });
 }
 
@@ -59,21 +63,16 @@ bool CGlobalContentSource::NextSequenceTagKey(const std::string& item_key, std::
                                               std::int32_t node, ContentElement& element) {
   return RunNamed("NextSequenceTagKey", [&] {
     const DataGlobal data(Identifier());
-    const auto keep = [this](auto bytes) { node_text_.assign(bytes.begin(), bytes.end()); };
+    const auto keep = [&element](auto bytes) { element.node = ParseInteger32(AsText(bytes)); };
     const Found found = data.Step(key, keep, node, kChildrenNode, item_key);
     if (found == Found::kKeyAlone) {
       throw CComposeException("NextSequenceTagKey: No data at reference ^KevDICOM.Data(" + Identifier() +
                               "," + std::to_string(node) + ",\"c\"," + item_key + "," + key + ")");
     }
-    if (found == Found::kKeyAndValue) ReadElement(element);
-    return found == Found::kKeyAndValue;
+    if (found == Found::kEnd) return false;
+    element.vr = ReadVr(element.node);
+    return true;
   });
-}
-
-/// Fills in the element whose node number was read last.
-void CGlobalContentSource::ReadElement(ContentElement& element) {
-  element.node = ParseInteger32(node_text_);
-  element.vr = ReadVr(element.node);
 }
 
 /// Empty where the node has no value, whether the host says so by an empty text or by its status.

@@ -37,12 +37,9 @@ class CGlobalContentSource : public CContentSource {
   bool HasUndefinedLength(std::int32_t node) override;
 
  private:
-  void ReadElement(ContentElement& element);
   Vr ReadVr(std::int32_t node);
 
-  // Kept from call to call for their storage.
-  std::string node_text_;              // number of the node that a walk came upon
-  std::vector<std::uint8_t> storage_;  // bytes of the chunk handed out last
+  std::vector<std::uint8_t> storage_;  ///< bytes of the chunk handed out last, kept from call to call
 };
 
 }  // namespace vessa

@@ -43,11 +43,41 @@ inline void DropResult() {   // here, because every event of a decomposition end
   }
 }
 
+namespace detail {
+
+/// What the host handed out, once it is known to be a text.
+template <class Unit>
+std::span<const Unit> HandedOut(int length, const Unit* units) {
+  if (length < 0 || (units == nullptr && length > 0)) [[unlikely]] {
+    RaiseStatus(kFailedCallin);
+  }
+  return {units, static_cast<std::size_t>(length)};
+}
+
+}  // namespace detail
+
 /// The bytes stay the host's: copy them before the next callin. A negative length, or no bytes with a length
 /// above zero, is a failed callin (-1).
-std::span<const std::uint8_t> PopString();
-std::u16string_view PopWideString();
-std::int32_t PopInteger();
+inline std::span<const std::uint8_t> PopString() {
+  int length = 0;
+  unsigned char* bytes = nullptr;
+  RaiseCallin(Services().pop_string(&length, &bytes));
+  return detail::HandedOut<std::uint8_t>(length, bytes);
+}
+
+inline std::u16string_view PopWideString() {
+  int length = 0;
+  std::uint16_t* units = nullptr;
+  RaiseCallin(Services().pop_wide_string(&length, &units));
+  const std::span<const std::uint16_t> text = detail::HandedOut<std::uint16_t>(length, units);
+  return {reinterpret_cast<const char16_t*>(text.data()), text.size()};
+}
+
+inline std::int32_t PopInteger() {
+  int value = 0;
+  RaiseCallin(Services().pop_integer(&value));
+  return value;
+}
 
 /// PushProperty, GetProperty, ConvertResultToInteger.
 std::int32_t ReadIntegerProperty(std::uint32_t oref, std::string_view name);

@@ -75,18 +75,29 @@ constexpr bool IsBlank(char character) {
   return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
+/// A minus sign and digits.
 template <class Integer>
-Integer ParseSaturating(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  const bool negative = !text.empty() && text.front() == '-';
-  if (!text.empty() && text.front() == '+') {
-    text.remove_prefix(1);
-    if (!text.empty() && text.front() == '-') return 0;  // one sign only
-  }
+Integer ParseSigned(std::string_view text) {
   Integer value = 0;
   const std::from_chars_result read = std::from_chars(text.data(), text.data() + text.size(), value);
   if (read.ec != std::errc::result_out_of_range) return value;
-  return negative ? std::numeric_limits<Integer>::min() : std::numeric_limits<Integer>::max();
+  return text.front() == '-' ? std::numeric_limits<Integer>::min() : std::numeric_limits<Integer>::max();
+}
+
+template <class Integer>
+Integer ParseSaturating(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  const bool plus = !text.empty() && text.front() == '+';
+  if (plus) text.remove_prefix(1);
+  const bool minus = !text.empty() && text.front() == '-';
+  if (plus && minus) return 0;  // one sign only
+  if (minus || text.size() > std::numeric_limits<Integer>::digits10) return ParseSigned<Integer>(text);
+  Integer value = 0;  // the quick way of most: digits that cannot overflow
+  for (const char digit : text) {
+    if (digit < '0' || digit > '9') break;
+    value = static_cast<Integer>(value * 10 + (digit - '0'));
+  }
+  return value;
 }
 
 }  // namespace

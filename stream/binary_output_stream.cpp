@@ -7,7 +7,8 @@
 
 namespace vessa {
 
-Status CVessaBinaryOutputStream::WriteBytes(std::span<const std::uint8_t> bytes) {
+/// Fills the block at hand, and others behind it.
+Status CVessaBinaryOutputStream::WriteBlocks(std::span<const std::uint8_t> bytes) {
   for (std::span<const std::uint8_t> rest = bytes; !rest.empty();) {
     const std::size_t fitting = std::min(rest.size(), kBlockBytes - filled_);
     std::copy_n(rest.begin(), fitting, block_.data() + filled_);

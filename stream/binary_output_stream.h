@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -22,7 +23,15 @@ class CVessaBinaryOutputStream {
 
   /// @return  0
   /// @throws CDecomposeException  the host failed; a block that it has not taken is kept and sent with the next one's turn
-  Status WriteBytes(std::span<const std::uint8_t> bytes);
+  Status WriteBytes(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() >= kBlockBytes - filled_) [[unlikely]] {
+      return WriteBlocks(bytes);
+    }
+    std::copy_n(bytes.begin(), bytes.size(), block_.data() + filled_);
+    filled_ += bytes.size();
+    total_ += bytes.size();
+    return kSuccess;
+  }
   /// Sends what is left of the last block. A failure of the host is swallowed, and the block kept.
   void Flush();
   /// Bytes ever appended.
@@ -31,6 +40,7 @@ class CVessaBinaryOutputStream {
  private:
   static constexpr std::size_t kBlockBytes = 8000;
 
+  Status WriteBlocks(std::span<const std::uint8_t> bytes);
   void SendBlock();
 
   std::uint32_t oref_;
