@@ -9,6 +9,7 @@ import zlib
 
 IMPLICIT = "1.2.840.10008.1.2"
 EXPLICIT = "1.2.840.10008.1.2.1"
+BIG_ENDIAN = "1.2.840.10008.1.2.2"
 DEFLATED = "1.2.840.10008.1.2.1.99"
 LONG_LENGTH = ("OB", "OD", "OF", "OL", "OV", "OW", "SQ", "SV", "UC", "UN", "UR", "UT", "UV")
 UNDEFINED = 0xFFFFFFFF
@@ -34,6 +35,10 @@ def explicit(tag, vr, value, length=None):
     length = len(value) if length is None else length
     form = "<2xI" if vr in LONG_LENGTH else "<H"
     return tag_bytes(tag) + vr.encode() + struct.pack(form, length) + value
+
+
+def big_endian(tag, vr, value):
+    return struct.pack(">I", tag) + vr.encode() + struct.pack(">H", len(value)) + value
 
 
 def file_of(data_set, syntax=EXPLICIT):
@@ -90,6 +95,7 @@ FILES = {
     31: named(HEAD + explicit(0x00080119, "UC", b"Long") + NAME),
     32: named(IMPLICIT_HEAD + IMPLICIT_NAME, EXPLICIT),
     34: named(HEAD + NAME + bytes(12)),
+    35: named(big_endian(0x00080018, "UI", b"1.2.3.4.") + big_endian(0x00100010, "PN", b"Doe^John"), BIG_ENDIAN),
     73: named(HEAD + explicit(0x00100020, "LO", b"4711") + NAME),
     77: named(IMPLICIT_HEAD + IMPLICIT_NAME, IMPLICIT),
     83: named(deflated(HEAD + NAME), DEFLATED),

@@ -7,10 +7,10 @@ import unittest
 
 import known_limits
 
-SOURCE = "TEST_F(Stream,\n       IsEmpty) {}\n"
+SOURCE = "TEST_F(Stream,\n       IsEmpty) {}\nTEST(Stream, Ends) {}\n"
 
 
-def row(number, test="`Stream.IsEmpty` in [a_test](../tests/a_test.cpp)"):
+def row(number, test="`Stream.IsEmpty`, `Stream.Ends` in [a_test](../tests/a_test.cpp)"):
     return f"| {number} | input | outcome | {test} |\n"
 
 
@@ -38,7 +38,7 @@ class KnownLimitsTest(unittest.TestCase):
 
     def test_finds_a_test_that_does_not_exist(self):
         self.assertEqual(len(self.findings_of(self.whole.replace(row(8), row(8).replace("IsEmpty", "IsFull")))), 1)
-        self.assertEqual(len(self.findings_of(self.whole.replace(row(8), row(8).replace("/a_test", "/b_test")))), 1)
+        self.assertEqual(len(self.findings_of(self.whole.replace(row(8), row(8).replace("/a_test", "/b_test")))), 2)
 
     def test_finds_a_surprise_without_a_row(self):
         self.assertEqual(len(self.findings_of("#### Case 101: told\n" + self.whole)), 1)
