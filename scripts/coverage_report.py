@@ -51,8 +51,9 @@ def main():
     reasons = read_exceptions(exceptions)
     print("Not taken:")
     for name, number, text, missed in sorted(untaken):
-        print(f"  {name}:{number}: {missed} of: {text}\n      {reasons.pop((name, text), 'NO REASON GIVEN')}")
-    for name, text in reasons:
+        print(f"  {name}:{number}: {missed} of: {text}\n      {reasons.get((name, text), 'NO REASON GIVEN')}")
+    missed_lines = {(name, text) for name, _, text, _ in untaken}
+    for name, text in reasons.keys() - missed_lines:
         print(f"  {name}: taken by now, its reason can go: {text}")
     print()
     for folder in total:
