@@ -10,7 +10,9 @@
 
 #include "emulator/platform/standard_streams.h"
 #include "emulator/platform/supervised_process.h"
+#include "emulator/vessa/command_description.h"
 #include "emulator/vessa/commands.h"
+#include "emulator/vessa/library_file.h"
 
 namespace emulator::tool {
 namespace {
@@ -30,9 +32,11 @@ constexpr const char* kExamples =
     "  vessa tag PatientName\n"
     "  vessa dump --help";
 
-std::string DefaultLibrary() {
-  const std::string folder = ProgramFolder();
-  return folder.empty() ? VESSA_DEFAULT_LIBRARY : folder + "/" + VESSA_DEFAULT_LIBRARY;
+/// The tool's version, and below it the library's own.
+std::string VersionText(const std::string& library_path) {
+  const std::string identification = LibraryIdentification(library_path);
+  return fmt::format("vessa {}\n{}: {}", VESSA_VERSION, library_path,
+                     identification.empty() ? "does not say what it is" : identification);
 }
 
 std::string ExamplesText(std::string_view lines) {
@@ -55,7 +59,7 @@ int PrintHelp(const std::string& text) {
 
 }  // namespace
 
-CommandLine::CommandLine() : CommandLine(Settings{DefaultLibrary(), Settings::kTimeoutSeconds, {}}) {}
+CommandLine::CommandLine() : CommandLine(Settings{DefaultLibraryPath(), Settings::kTimeoutSeconds, {}}) {}
 
 CommandLine::CommandLine(const Settings& settings)
     : app_(kDescription, "vessa"), settings_(settings), commands_(AllCommands()) {
@@ -68,7 +72,6 @@ CommandLine::CommandLine(const Settings& settings)
 }
 
 void CommandLine::DefineSettings() {
-  app_.set_version_flag("--version", std::string("vessa ") + VESSA_VERSION);
   app_.add_option("--library", settings_.library_path, "Library to load [the one beside this program]");
   app_.add_option("--timeout", settings_.timeout_seconds,
                   "Seconds that a call may go on without calling the host back; 0 for no limit")
@@ -80,6 +83,12 @@ void CommandLine::DefineSettings() {
       "--no-color", [this] { settings_.colour = false; },
       "No colours, as if the environment variable NO_COLOR were set");
   app_.add_option(SupervisedProcess::kSupervisedFlag, supervised_)->group("");
+  // Behind --library, which it tells of.
+  app_.set_version_flag(
+      "--version", [this] { return VersionText(settings_.library_path); },
+      "Print the version of this program and that of the library, and exit");
+  app_.add_flag_callback("--describe", [this] { throw CLI::CallForVersion(DescribeCommands(app_), kDone); })
+      ->group("");
 }
 
 void CommandLine::DefineCommands() {

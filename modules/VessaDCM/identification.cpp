@@ -1,0 +1,7 @@
+// What the library file says of itself to those who look into it, without loading it: "@(#)" marks such a text. No code
+// refers to it; the linker is told to keep it.
+
+extern "C" {
+extern const char vessa_identification[];
+const char vessa_identification[] = "@(#)VessaDCM " VESSA_VERSION " commit " VESSA_COMMIT;
+}
