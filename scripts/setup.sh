@@ -3,6 +3,7 @@
 #
 #   scripts/setup.sh try     build the library and the tool, decompose a sample file
 #   scripts/setup.sh test    everything that scripts/test.sh runs (the default)
+#   scripts/setup.sh package   what scripts/package.sh needs
 #   scripts/setup.sh bench   what scripts/bench.sh needs on top
 #   scripts/setup.sh fuzz    what scripts/fuzz.sh needs
 #   scripts/setup.sh coverage   what scripts/coverage.sh and scripts/mutants.sh need on top
@@ -13,6 +14,7 @@ try_packages='git cmake ninja-build g++ ccache zlib1g-dev libcli11-dev libfmt-de
   python3-pydicom'
 test_packages="$try_packages binutils clang-format clang-tidy dcmtk libgdcm-tools libgmock-dev libgtest-dev googletest
   g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64"
+package_packages="$test_packages dpkg-dev fakeroot lintian man-db unzip zip zsh"
 bench_packages="$try_packages libbenchmark-dev libdcmtk-dev"
 fuzz_packages='git cmake ninja-build ccache clang libclang-rt-14-dev zlib1g-dev'
 coverage_packages="$test_packages gcovr"
@@ -20,11 +22,12 @@ coverage_packages="$test_packages gcovr"
 case "${1:-test}" in
   try) packages=$try_packages ;;
   test) packages=$test_packages ;;
+  package) packages=$package_packages ;;
   bench) packages=$bench_packages ;;
   fuzz) packages=$fuzz_packages ;;
   coverage) packages=$coverage_packages ;;
   *)
-    sed -n '2,8s/^# \{0,1\}//p' "$0" >&2
+    sed -n '2,9s/^# \{0,1\}//p' "$0" >&2
     exit 2
     ;;
 esac
