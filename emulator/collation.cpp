@@ -39,10 +39,13 @@ bool AllDigits(std::string_view text) {
 
 void AppendText(std::string_view text, std::string& key) {
   key += kText;
-  for (const char byte : text) {
-    key += byte;
-    if (byte == kTextEscape) key += kEscapedZero;
+  for (std::size_t zero = text.find(kTextEscape); zero != std::string_view::npos;
+       zero = text.find(kTextEscape)) {
+    key += text.substr(0, zero + 1);
+    key += kEscapedZero;
+    text.remove_prefix(zero + 1);
   }
+  key += text;
   key += kTextEscape;
   key += kTextEnd;
 }
@@ -111,9 +114,9 @@ std::string NumberOf(std::string_view bytes) {
 }  // namespace
 
 bool IsCanonicalNumber(std::string_view text) {
-  if (text.size() > kMaxNumberLength) return false;
+  if (text.empty() || text.front() > '9' || text.size() > kMaxNumberLength) return false;
   if (text == "0") return true;
-  if (!text.empty() && text.front() == '-') text.remove_prefix(1);
+  if (text.front() == '-') text.remove_prefix(1);
   if (text.empty() || text.front() == '0') return false;
   const std::size_t point = text.find('.');
   if (point == std::string_view::npos) return AllDigits(text);
@@ -179,9 +182,11 @@ std::string SubscriptText(std::string_view key) {
   }
 }
 
+void AppendGlobal(std::string_view name, std::string& key) { AppendText(name, key); }
+
 std::string GlobalKey(std::string_view name) {
   std::string key;
-  AppendText(name, key);
+  AppendGlobal(name, key);
   return key;
 }
 

@@ -38,7 +38,10 @@ std::size_t SubscriptLength(std::string_view key);
 /// The text of the subscript whose key bytes stand at the start of `key`.
 std::string SubscriptText(std::string_view key);
 
-/// The key of a global as a whole, without subscripts.
+/// Appends the key of a global as a whole, without subscripts.
+void AppendGlobal(std::string_view name, std::string& key);
+
+/// The same by itself.
 std::string GlobalKey(std::string_view name);
 
 /// A byte that sorts behind whatever can follow a key: key + kBehindDescendants comes after all nodes below

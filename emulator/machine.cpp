@@ -66,7 +66,11 @@ void Machine::PushGlobal(int length, const unsigned char* name) {
   stack_.RequireNothingBegun();
   const std::string_view text = Characters(ArgumentText(length, name), key_);
   if (!IsGlobalName(text)) throw HostError{kInvalidName};
-  stack_.Next() = GlobalKey(text);
+  Value& place = stack_.Next();
+  auto* kept = std::get_if<std::string>(&place);  // storage that is used again
+  if (kept == nullptr) kept = &place.emplace<std::string>();
+  kept->clear();
+  AppendGlobal(text, *kept);
   stack_.Push({StackKind::kGlobal, 0, false});
 }
 
@@ -89,7 +93,8 @@ void Machine::GlobalGet(int subscripts, int flag) {
   const std::size_t begun = stack_.Begun(StackKind::kGlobal, subscripts);
   std::optional<Value> value = host_.globals().GetKey(Key(begun, 0));
   stack_.DropFrom(begun);
-  if (!value) throw HostError{kUndefinedNode};  // no refusal: the node was looked up, and its reference is used
+  if (!value)
+    throw HostError{kUndefinedNode};  // no refusal: the node was looked up, and its reference is used
   PushResult(*std::move(value));
 }
 
@@ -169,8 +174,15 @@ std::string& Machine::PopBytes() {
 }
 
 std::vector<std::uint16_t>& Machine::PopUnits() {
-  const std::u16string text = AsWideText(stack_.TopResult(kInvalidArgument));
-  units_.Place().assign(text.begin(), text.end());
+  const Value& result = stack_.TopResult(kInvalidArgument);
+  if (const auto* const bytes = std::get_if<std::string>(&result)) {
+    const auto unit = [](char byte) { return static_cast<unsigned char>(byte); };
+    units_.Place().resize(bytes->size());
+    std::transform(bytes->begin(), bytes->end(), units_.Place().begin(), unit);
+  } else {
+    const std::u16string text = AsWideText(result);
+    units_.Place().assign(text.begin(), text.end());
+  }
   stack_.Drop();
   return units_.Place();
 }
