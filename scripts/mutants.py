@@ -48,6 +48,8 @@ SWAPS = {
 TOKEN = re.compile("|".join(rf"\b{s}\b" if s[0].isalpha() else re.escape(s) for s in SWAPS) + r"|\b(?:0x[0-9A-Fa-f]+|\d+)\b")
 # No program text: comments, texts, characters, and what the compiler alone looks at.
 OPAQUE = re.compile(r'//.*|"(?:\\.|[^"\\])*"|\'(?:\\.|[^\'\\])*\'|^\s*#.*|^\s*static_assert.*|\[\[.*?\]\]|\b\w*int\d+_t\b')
+# The first value that the linter wants every variable to have, most of which are written over before they are read.
+FIRST_VALUE = re.compile(r"\s*(?!.*\bconst)[\w:]+ \w+ = (?:0|false|true);")
 
 
 def replacements(token):
@@ -58,9 +60,14 @@ def replacements(token):
     return [hex(other) if token.startswith("0x") else str(other) for other in others]
 
 
+def is_first_value(mutant):
+    path, index, *_ = mutant
+    return FIRST_VALUE.match((TREE / path).read_text(encoding="utf-8").splitlines()[index])
+
+
 def mutants_of(path):
     """(path, line index, column, token, replacement) of everything that can be broken in a source."""
-    for index, line in enumerate((ROOT / path).read_text(encoding="utf-8").splitlines()):
+    for index, line in enumerate((TREE / path).read_text(encoding="utf-8").splitlines()):
         text = OPAQUE.sub(lambda match: "\0" * len(match.group()), line)
         for match in TOKEN.finditer(text):
             for replacement in replacements(match.group()):
@@ -68,8 +75,8 @@ def mutants_of(path):
 
 
 def all_mutants():
-    sources = [path for folder in FOLDERS for path in sorted((ROOT / folder).iterdir())]
-    return [mutant for path in sources if path.suffix in (".h", ".cpp") for mutant in mutants_of(path.relative_to(ROOT))]
+    sources = [path for folder in FOLDERS for path in sorted((TREE / folder).iterdir())]
+    return [mutant for path in sources if path.suffix in (".h", ".cpp") for mutant in mutants_of(path.relative_to(TREE))]
 
 
 def run(command, seconds, **options):
@@ -162,7 +169,7 @@ def outcome_of(mutant, tests):
 
 def describe(mutant):
     path, index, column, token, replacement = mutant
-    text = (ROOT / path).read_text(encoding="utf-8").splitlines()[index]
+    text = (TREE / path).read_text(encoding="utf-8").splitlines()[index]
     return f"{path} | {text[:column].lstrip()}[{token.strip()} -> {replacement.strip()}]{text[column + len(token):]}"
 
 
@@ -183,6 +190,8 @@ def main():
     for mutant in candidates:
         if tried == count:
             break
+        if is_first_value(mutant):
+            continue
         outcome = outcome_of(mutant, tests)
         print(f"{tried:4} {outcome:8} {describe(mutant)}", flush=True)
         tried += outcome != "none"
