@@ -9,4 +9,7 @@ namespace emulator {
 /// @throws std::system_error
 void RunInProcesses(int count, const std::function<void(int number)>& body);
 
+/// False where RunInProcesses has one run at a time.
+bool CanRunInParallel();
+
 }  // namespace emulator

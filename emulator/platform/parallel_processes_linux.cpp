@@ -51,4 +51,6 @@ void RunInProcesses(int count, const std::function<void(int)>& body) {
   if (error != 0) throw std::system_error(error, std::generic_category(), "fork");
 }
 
+bool CanRunInParallel() { return true; }
+
 }  // namespace emulator

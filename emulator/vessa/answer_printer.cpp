@@ -42,9 +42,11 @@ std::string AnswerText(const ElementAnswer& answer, const CharacterSets& charact
   return PreviewOf({answer.vr, characters, kNoLimit}, answer.value, true);
 }
 
-std::string AnswerJson(const std::string& reference, const ElementAnswer& answer,
-                       const CharacterSets& characters) {
-  return fmt::format(R"({{"reference":{},"vr":{}{}}})", JsonString(PrintableUtf8(reference)),
+std::string AnswerJson(const std::string& file_name, const std::string& reference,
+                       const ElementAnswer& answer, const CharacterSets& characters) {
+  const std::string file =
+      file_name.empty() ? std::string() : fmt::format(R"("file":{},)", JsonString(PrintableUtf8(file_name)));
+  return fmt::format(R"({{{}"reference":{},"vr":{}{}}})", file, JsonString(PrintableUtf8(reference)),
                      JsonString(PrintableUtf8(answer.vr)), ValueMember(answer, characters));
 }
 

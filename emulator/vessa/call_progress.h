@@ -23,6 +23,7 @@ struct CallProgress {
   std::uint32_t in_library;   ///< 1 while the library runs, 0 while the host does
   std::uint32_t at_end;       ///< 1 when the stream has had nothing more to give
   std::uint32_t is_finished;  ///< 1 when the command came to its end, whatever that was
+  std::uint64_t file_number;  ///< of the file at work, from 1; 0 for none of many
   std::array<char, 64> call_name;
   std::array<char, 256> input_name;  ///< what is read, for people
   std::uint64_t stream_offset;       ///< bytes that the host knows to be consumed

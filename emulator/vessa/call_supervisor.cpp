@@ -4,7 +4,6 @@
 
 #include <chrono>
 
-#include "emulator/platform/supervised_process.h"
 #include "emulator/vessa/call_report.h"
 #include "emulator/vessa/exit_code.h"
 #include "emulator/vessa/output.h"
@@ -35,45 +34,60 @@ class Stopwatch {
 };
 
 /// What the other process had printed but not written yet.
-void WriteRemainingOutput(CallProgress& progress) {
+void WriteRemainingOutput(const Supervision& supervision) {
   try {
-    Output(progress).Flush();
+    Output(supervision.progress, supervision.turn).Flush();
   } catch (const std::exception&) {
     // The exit code is that of the worse event, which comes next.
   }
+  supervision.turn.Release();
+}
+
+void Report(const Supervision& supervision, const std::string& text) {
+  WriteRemainingOutput(supervision);
+  supervision.before_report();
+  WriteError("vessa: " + text);
 }
 
 /// For a process that ended without having finished its command.
-int ReportCrash(CallProgress& progress, const ProcessEnd& end) {
+int ReportCrash(const Supervision& supervision, const ProcessEnd& end) {
   const bool has_exited = end.kind == ProcessEnd::Kind::kExited;
-  const std::string reason =
-      has_exited ? fmt::format("the process ended with exit code {}", end.exit_code) : end.crash_reason;
-  WriteRemainingOutput(progress);
-  WriteError("vessa: " + CrashText(progress, reason));
+  Report(supervision, CrashText(supervision.progress,
+                                has_exited ? fmt::format("the process ended with exit code {}", end.exit_code)
+                                           : end.crash_reason));
   return kLibraryCrashed;
 }
 
-int ReportTimeout(CallProgress& progress, double timeout_seconds) {
-  WriteRemainingOutput(progress);
-  WriteError("vessa: " + TimeoutText(progress, timeout_seconds));
+int ReportTimeout(const Supervision& supervision) {
+  Report(supervision, TimeoutText(supervision.progress, supervision.timeout_seconds));
   return kCallTimedOut;
 }
 
 }  // namespace
 
-int Supervise(double timeout_seconds, const std::function<int(CallProgress&)>& work) {
-  SupervisedProcess process(sizeof(CallProgress));
-  CallProgress& progress = *static_cast<CallProgress*>(process.SharedBlock());
-  Stopwatch stopwatch(progress, timeout_seconds);
+int Supervise(const Supervision& supervision, const std::function<int()>& work) {
+  CallProgress& progress = supervision.progress;
+  Stopwatch stopwatch(progress, supervision.timeout_seconds);
   const auto finish_work = [&] {
-    const int exit_code = work(progress);
+    const int exit_code = work();
     progress.is_finished = 1;
     return exit_code;
   };
-  const ProcessEnd end = process.Run(finish_work, [&stopwatch] { return stopwatch.LimitIsPassed(); });
-  if (end.kind == ProcessEnd::Kind::kStopped) return ReportTimeout(progress, timeout_seconds);
-  if (end.kind == ProcessEnd::Kind::kCrashed || progress.is_finished == 0) return ReportCrash(progress, end);
+  const auto should_stop = [&] {
+    supervision.while_waiting();
+    return stopwatch.LimitIsPassed();
+  };
+  const ProcessEnd end = supervision.process.Run(finish_work, should_stop);
+  if (end.kind == ProcessEnd::Kind::kStopped) return ReportTimeout(supervision);
+  if (end.kind == ProcessEnd::Kind::kCrashed || progress.is_finished == 0)
+    return ReportCrash(supervision, end);
   return end.exit_code;
+}
+
+int Supervise(double timeout_seconds, const std::function<int(CallProgress&)>& work) {
+  SupervisedProcess process(sizeof(CallProgress));
+  CallProgress& progress = *static_cast<CallProgress*>(process.SharedBlock());
+  return Supervise({process, progress, timeout_seconds}, [&] { return work(progress); });
 }
 
 }  // namespace emulator::tool

@@ -1,12 +1,17 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <optional>
+#include <stdexcept>
 
+#include "emulator/vessa/exit_code.h"
+#include "emulator/vessa/file_plan.h"
 #include "emulator/vessa/session.h"
 
 namespace emulator::tool {
 
-/// One command of the tool: its words on the command line and what it does.
+/// One command of the tool: its words on the command line and what it does. It is one piece of work (Run), or one for
+/// each of its files (PlanFiles, RunFile).
 class Command {
  public:
   virtual ~Command() = default;
@@ -25,7 +30,15 @@ class Command {
 
   /// Does the work, in a process that may end at any time. Throws ToolError, ReaderGone or, for a failure that has no
   /// words yet, any other exception.
-  virtual void Run(Session& session) = 0;
+  virtual void Run(Session&) { throw std::logic_error("a command that works through files"); }
+
+  /// The files to work through; nothing for a command that is one piece of work. Throws ToolError.
+  virtual std::optional<FilePlan> PlanFiles() { return std::nullopt; }
+  /// Works on one of them, as Run does. @return  kDone, or kFindings
+  virtual ExitCode RunFile(Session&, FileTask&) { throw std::logic_error("a command without files"); }
+
+  /// Does all of the work in this process, one file after the other up to the first failure. Throws as Run does.
+  ExitCode RunHere(Session& session, const std::optional<FilePlan>& plan);
 
  protected:
   Command() = default;

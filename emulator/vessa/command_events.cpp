@@ -2,6 +2,7 @@
 #include "emulator/vessa/dictionary.h"
 #include "emulator/vessa/event_printer.h"
 #include "emulator/vessa/file_options.h"
+#include "emulator/vessa/file_title.h"
 
 namespace emulator::tool {
 namespace {
@@ -15,7 +16,8 @@ class EventsCommand : public Command {
   const char* Examples() const override {
     return "vessa events image.dcm\n"
            "vessa events --stop-at PixelData image.dcm\n"
-           "vessa events --json image.dcm | grep StartElement";
+           "vessa events --json image.dcm | grep StartElement\n"
+           "vessa events -r study";
   }
 
   void Define(CLI::App& app) override {
@@ -30,7 +32,11 @@ class EventsCommand : public Command {
         "Set ^KevDICOM.Debug(\"simplepixeldataframes\"), so that the end of the fragments is not marked");
   }
 
-  void Run(Session& session) override {
+  std::optional<FilePlan> PlanFiles() override { return file_.Plan(); }
+
+  ExitCode RunFile(Session& session, FileTask& task) override {
+    const DicomFile file = file_.Open(task.path);
+    if (task.is_named) PrintFileName(session.Out(), task.path, is_json_);
     if (has_simple_frames_) {
       session.TheHost().globals().Set("KevDICOM.Debug", {std::string("simplepixeldataframes")},
                                       std::int64_t{1});
@@ -41,11 +47,12 @@ class EventsCommand : public Command {
     }
     if (is_json_) {
       EventJsonPrinter printer(session.Out());
-      file_.Open().DecomposeInto(session, printer, stop);
+      file.DecomposeInto(session, printer, stop);
     } else {
       EventTextPrinter printer(session.Out(), shows_all_bytes_);
-      file_.Open().DecomposeInto(session, printer, stop);
+      file.DecomposeInto(session, printer, stop);
     }
+    return kDone;
   }
 
  private:

@@ -4,7 +4,9 @@
 #include "emulator/vessa/element_query.h"
 #include "emulator/vessa/file_options.h"
 #include "emulator/vessa/null_sink.h"
+#include "emulator/vessa/printable_text.h"
 #include "emulator/vessa/property_reference.h"
+#include "emulator/vessa/reference_options.h"
 
 namespace emulator::tool {
 namespace {
@@ -16,35 +18,46 @@ class ItemsCommand : public Command {
   const char* Examples() const override {
     return "vessa items plan.dcm 'BeamSequence[]'\n"
            "vessa items plan.dcm 'BeamSequence[2].ControlPointSequence[]'\n"
-           "vessa items plan.dcm 'BeamSequence[1]'";
+           "vessa items plan.dcm 'BeamSequence[1]'\n"
+           "vessa items -r study -e 'ReferencedImageSequence[]'";
   }
 
   void Define(CLI::App& app) override {
-    file_.Define(app);
-    app.add_option("REFERENCE", reference_,
-                   "A subscript reference: the items behind the one that its last number names; all where "
-                   "that is empty")
-        ->required();
+    file_.DefineWithOneFile(app);
+    references_.Define(
+        app,
+        "A subscript reference: the items behind the one that its last number names; all where "
+        "that is empty");
   }
 
+  std::optional<FilePlan> PlanFiles() override { return file_.Plan(references_.FileWords()); }
+
+  ExitCode RunFile(Session& session, FileTask& task) override {
+    const DicomFile file = file_.Open(task.path);
+    for (const std::string& reference : references_.References()) PrintItems(session, task, file, reference);
+    return kDone;
+  }
+
+ private:
   /// Asks for the next item until there is none, as a host enumerates a sequence.
-  void Run(Session& session) override {
-    const DicomFile file = file_.Open();
+  void PrintItems(Session& session, const FileTask& task, const DicomFile& file,
+                  const std::string& reference) const {
     std::vector<std::uint32_t> properties =
-        PropertiesIn(PropertyListOf(session, ReferenceKind::kItem, reference_));
+        PropertiesIn(PropertyListOf(session, ReferenceKind::kItem, reference));
+    const std::string start =
+        (task.is_named ? PrintableUtf8(task.path) + ": " : "") + references_.Label(reference);
     for (;;) {
       NullSink no_meta;
       const std::uint32_t next =
           NextItem(session, file.OpenDataSet(session, no_meta), PropertyListFrom(properties));
       if (next == 0) return;
-      session.Out().WriteLine(fmt::format("{}", next));
+      session.Out().WriteLine(fmt::format("{}{}", start, next));
       properties.back() = next;
     }
   }
 
- private:
   FileOptions file_;
-  std::string reference_;
+  ReferenceOptions references_;
 };
 
 }  // namespace

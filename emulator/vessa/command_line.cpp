@@ -22,9 +22,9 @@ constexpr const char* kDescription =
     "\n"
     "Results go to standard output, all else to standard error. Exit codes: 0 done; 1 the library answered "
     "with a\n"
-    "failure; 2 wrong usage; 3 input not readable; 4 output not writable; 124 a call did not return in time; "
-    "125 the\n"
-    "library crashed.";
+    "failure; 2 wrong usage; 3 input not readable; 4 output not writable; 5 a check found something; 124 a "
+    "call did not\n"
+    "return in time; 125 the library crashed.";
 
 constexpr const char* kExamples =
     "Examples:\n"

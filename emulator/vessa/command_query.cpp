@@ -6,7 +6,9 @@
 #include "emulator/vessa/file_options.h"
 #include "emulator/vessa/null_sink.h"
 #include "emulator/vessa/output_file.h"
+#include "emulator/vessa/printable_text.h"
 #include "emulator/vessa/property_reference.h"
+#include "emulator/vessa/reference_options.h"
 #include "emulator/vessa/tag_text.h"
 
 namespace emulator::tool {
@@ -26,13 +28,13 @@ class QueryCommand : public Command {
     return "vessa query image.dcm PatientName StudyDate\n"
            "vessa query plan.dcm 'BeamSequence[2].BeamName'\n"
            "vessa query image.dcm PixelData --out pixels.raw\n"
-           "vessa query image.dcm '(0028,0010)' --json";
+           "vessa query image.dcm '(0028,0010)' --json\n"
+           "vessa query -r study -e PatientID -e StudyDate";
   }
 
   void Define(CLI::App& app) override {
-    file_.Define(app);
-    app.add_option("REFERENCE", references_, "Property references, such as BeamSequence[2].BeamName")
-        ->required();
+    file_.DefineWithOneFile(app);
+    references_.Define(app, "Property references, such as BeamSequence[2].BeamName");
     app.add_flag("--json", is_json_, "Print each answer as a JSON object in a line");
     auto* const raw = app.add_flag("--raw", is_raw_, "Write the bytes of the values, and nothing else");
     app.add_option("--out", out_path_, "Write the value, of any length, to this file; one reference only")
@@ -44,18 +46,24 @@ class QueryCommand : public Command {
         ->capture_default_str();
   }
 
-  void Run(Session& session) override {
-    if (!out_path_.empty() && references_.size() > 1)
-      throw ToolError(kWrongUsage, "--out takes the value of one reference");
-    const DicomFile file = file_.Open();
-    for (const std::string& reference : references_) {
+  std::optional<FilePlan> PlanFiles() override {
+    FilePlan plan = file_.Plan(references_.FileWords());
+    if (!out_path_.empty() && (references_.References().size() > 1 || plan.files.size() > 1))
+      throw ToolError(kWrongUsage, "--out takes the value of one reference, in one file");
+    return plan;
+  }
+
+  ExitCode RunFile(Session& session, FileTask& task) override {
+    const DicomFile file = file_.Open(task.path);
+    for (const std::string& reference : references_.References()) {
       const std::optional<ElementAnswer> answer = Ask(session, file, reference);
       if (answer) {
-        Print(session, file, reference, *answer);
+        Print(session, {file, reference, task.is_named}, *answer);
       } else if (is_required_) {
         throw ToolError(kLibraryFailed, fmt::format("{}: no {}", file.Path(), reference));
       }
     }
+    return kDone;
   }
 
  private:
@@ -94,15 +102,23 @@ class QueryCommand : public Command {
     return answer;
   }
 
-  void Print(Session& session, const DicomFile& file, const std::string& reference,
-             const ElementAnswer& answer) {
+  struct Question {
+    const DicomFile& file;
+    const std::string& reference;
+    bool names_file;
+  };
+
+  void Print(Session& session, const Question& question, const ElementAnswer& answer) {
+    const auto& [file, reference, names_file] = question;
     if (!out_path_.empty()) return WriteFile(answer.value);
     if (is_raw_) return session.Out().Write(answer.value);
     const CharacterSets characters =
         IsLocalText(answer.vr) ? CharacterSetsOf(session, file) : CharacterSets();
-    if (is_json_) return session.Out().WriteLine(AnswerJson(reference, answer, characters));
+    const std::string file_name = names_file ? file.Path() : std::string();
+    if (is_json_) return session.Out().WriteLine(AnswerJson(file_name, reference, answer, characters));
     const std::string text = AnswerText(answer, characters);
-    session.Out().WriteLine(references_.size() == 1 ? text : fmt::format("{}\t{}", reference, text));
+    session.Out().WriteLine((names_file ? PrintableUtf8(file_name) + ": " : "") +
+                            references_.Label(reference) + text);
   }
 
   static CharacterSets CharacterSetsOf(Session& session, const DicomFile& file) {
@@ -119,7 +135,7 @@ class QueryCommand : public Command {
   }
 
   FileOptions file_;
-  std::vector<std::string> references_;
+  ReferenceOptions references_;
   std::string through_ = "stream";
   std::string out_path_;
   bool is_json_ = false;

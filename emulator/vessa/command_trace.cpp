@@ -113,7 +113,7 @@ class TraceCommand : public Command {
       if (counts_) summary.Print();
     };
     try {
-      inner_->ChosenCommand().Run(session);
+      inner_->ChosenCommand().RunHere(session, inner_->ChosenCommand().PlanFiles());
     } catch (const std::exception&) {
       session.Out().Flush();
       finish();

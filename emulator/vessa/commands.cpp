@@ -6,10 +6,10 @@ namespace {
 using Maker = std::unique_ptr<Command> (*)();
 
 constexpr Maker kMakers[] = {
-    MakeTableCommand,   MakeTagCommand,     MakeDumpCommand,   MakeEventsCommand,  MakeQueryCommand,
-    MakeItemsCommand,   MakeParseCommand,   MakeCallCommand,   MakeBigHexCommand,  MakeSwapCommand,
-    MakeImportCommand,  MakeGlobalsCommand, MakeExportCommand, MakeConvertCommand, MakeKillCommand,
-    MakeDeflateCommand, MakeInflateCommand, MakeTraceCommand,  MakeReplayCommand,
+    MakeTableCommand, MakeTagCommand,     MakeCheckCommand,   MakeDumpCommand,   MakeEventsCommand,
+    MakeQueryCommand, MakeItemsCommand,   MakeParseCommand,   MakeCallCommand,   MakeBigHexCommand,
+    MakeSwapCommand,  MakeImportCommand,  MakeGlobalsCommand, MakeExportCommand, MakeConvertCommand,
+    MakeKillCommand,  MakeDeflateCommand, MakeInflateCommand, MakeTraceCommand,  MakeReplayCommand,
 };
 
 }  // namespace

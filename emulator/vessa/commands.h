@@ -14,6 +14,7 @@ std::vector<std::unique_ptr<Command>> AllCommands();
 std::unique_ptr<Command> MakeTableCommand();
 std::unique_ptr<Command> MakeTagCommand();
 std::unique_ptr<Command> MakeDumpCommand();
+std::unique_ptr<Command> MakeCheckCommand();
 std::unique_ptr<Command> MakeEventsCommand();
 std::unique_ptr<Command> MakeQueryCommand();
 std::unique_ptr<Command> MakeItemsCommand();

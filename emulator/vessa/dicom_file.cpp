@@ -2,13 +2,13 @@
 
 #include <fmt/format.h>
 
-#include <array>
 #include <system_error>
 
 #include "emulator/vessa/decomposition.h"
+#include "emulator/vessa/extended_stream.h"
+#include "emulator/vessa/inflated_stream.h"
 #include "emulator/vessa/meta_reader.h"
 #include "emulator/vessa/printable_text.h"
-#include "emulator/vessa/raw_inflate.h"
 #include "emulator/vessa/tag_text.h"
 
 namespace emulator::tool {
@@ -18,24 +18,6 @@ constexpr std::int64_t kPreambleBytes = 128;
 constexpr std::string_view kPrefix = "DICM";
 constexpr const char* kExplicitLittleEndian = "1.2.840.10008.1.2.1";
 constexpr const char* kDeflated = "1.2.840.10008.1.2.1.99";
-constexpr std::int64_t kReadBytes = 32767;
-
-std::shared_ptr<FileStream> OpenFile(const std::string& path) {
-  try {
-    return std::make_shared<FileStream>(path, FileStream::Mode::kRead);
-  } catch (const std::system_error& error) {
-    throw ToolError(kInputUnreadable, fmt::format("{}: {}", path, error.code().message()));
-  }
-}
-
-std::string ReadFrom(StreamObject& stream, std::int64_t bytes, const std::string& path) {
-  try {
-    const std::array<Value, 1> arguments{bytes};
-    return AsBytes(stream.Call("Read", arguments));
-  } catch (const HostError&) {
-    throw ToolError(kInputUnreadable, fmt::format("{}: the file cannot be read", path));
-  }
-}
 
 bool StartsWithPreamble(const std::string& path) {
   const auto stream = OpenFile(path);
@@ -47,6 +29,16 @@ bool IsNoMetaElement(std::uint32_t tag) { return GroupOf(tag) != kMetaGroup; }
 
 }  // namespace
 
+std::shared_ptr<FileStream> OpenFile(const std::string& path) {
+  try {
+    return std::make_shared<FileStream>(path, FileStream::Mode::kRead);
+  } catch (const std::system_error& error) {
+    const bool is_folder = error.code() == std::errc::is_a_directory;
+    throw ToolError(kInputUnreadable, fmt::format("{}: {}{}", path, error.code().message(),
+                                                  is_folder ? "; -r reads the files in it" : ""));
+  }
+}
+
 DicomFile::DicomFile(DicomInput input)
     : input_(std::move(input)), has_preamble_(StartsWithPreamble(input_.path)) {}
 
@@ -56,7 +48,7 @@ void DicomFile::DecomposeInto(Session& session, ContentSink& sink, const StopRul
 }
 
 DicomFile::PositionedStream DicomFile::OpenDataSet(Session& session, ContentSink& meta_sink) const {
-  std::shared_ptr<StreamObject> stream = OpenFile(input_.path);
+  const std::shared_ptr<StreamObject> stream = WithMoreBytes(OpenFile(input_.path));
   const std::string named = has_preamble_ ? DecomposeMeta(session, meta_sink, stream) : std::string();
   const std::string& syntax = input_.syntax.empty() ? named : input_.syntax;
   if (syntax.empty()) {
@@ -66,7 +58,9 @@ DicomFile::PositionedStream DicomFile::OpenDataSet(Session& session, ContentSink
                     has_preamble_ ? "group 0002 names no transfer syntax"
                                   : "no preamble with \"DICM\", so no group 0002"));
   }
-  if (syntax == kDeflated) return {input_.path + " (inflated)", Inflated(*stream), syntax};
+  if (syntax == kDeflated)
+    return {input_.path + " (inflated)",
+            WithMoreBytes(InflatedStream(*stream, input_.path, input_.most_output)), syntax};
   return {input_.path, stream, syntax};
 }
 
@@ -77,21 +71,21 @@ std::optional<DicomFile::PositionedStream> DicomFile::OpenMeta() const {
   return PositionedStream{input_.path, std::move(stream), kExplicitLittleEndian};
 }
 
+std::shared_ptr<StreamObject> DicomFile::WithMoreBytes(std::shared_ptr<StreamObject> stream) const {
+  if (input_.more_bytes.empty()) return stream;
+  return std::make_shared<ExtendedStream>(std::move(stream), input_.more_bytes);
+}
+
+std::uint64_t DicomFile::FirstElementOffset() const {
+  return has_preamble_ ? static_cast<std::uint64_t>(kPreambleBytes) + kPrefix.size() : 0;
+}
+
 std::string DicomFile::DecomposeMeta(Session& session, ContentSink& sink,
                                      const std::shared_ptr<StreamObject>& stream) const {
   stream->MoveTo(1 + kPreambleBytes + static_cast<std::int64_t>(kPrefix.size()));
   MetaReader meta(sink);
   Decompose(session, {input_.path, stream, kExplicitLittleEndian, IsNoMetaElement}, meta);
   return meta.TransferSyntax();
-}
-
-std::shared_ptr<StreamObject> DicomFile::Inflated(StreamObject& stream) const {
-  try {
-    const auto next_block = [this, &stream] { return ReadFrom(stream, kReadBytes, input_.path); };
-    return std::make_shared<MemoryStream>(InflateRaw(next_block, input_.most_output));
-  } catch (const InflateError& error) {
-    throw ToolError(kInputUnreadable, fmt::format("{}: deflated data set: {}", input_.path, error.what()));
-  }
 }
 
 }  // namespace emulator::tool

@@ -12,11 +12,15 @@
 
 namespace emulator::tool {
 
+/// A file, to be read. Throws ToolError (kInputUnreadable).
+std::shared_ptr<FileStream> OpenFile(const std::string& path);
+
 /// A file with DICOM data and what the command line says about it.
 struct DicomInput {
-  std::string path;           ///< in UTF-8
-  std::string syntax;         ///< transfer syntax UID of the data set; empty: as the file says
-  std::uint64_t most_output;  ///< bytes that a deflated data set may inflate to
+  std::string path;             ///< in UTF-8
+  std::string syntax;           ///< transfer syntax UID of the data set; empty: as the file says
+  std::uint64_t most_output;    ///< bytes that a deflated data set may inflate to
+  std::string more_bytes = {};  ///< that the library finds behind the end of the data
 };
 
 /// A file opened as a host opens it. One with the preamble and "DICM" (PS3.10 section 7.1) begins with its meta
@@ -47,11 +51,13 @@ class DicomFile {
 
   const std::string& Path() const { return input_.path; }
   bool HasPreamble() const { return has_preamble_; }
+  /// Where its first element lies.
+  std::uint64_t FirstElementOffset() const;
 
  private:
+  std::shared_ptr<StreamObject> WithMoreBytes(std::shared_ptr<StreamObject> stream) const;
   std::string DecomposeMeta(Session& session, ContentSink& sink,
                             const std::shared_ptr<StreamObject>& stream) const;
-  std::shared_ptr<StreamObject> Inflated(StreamObject& stream) const;
 
   DicomInput input_;
   bool has_preamble_;

@@ -14,6 +14,7 @@ enum ExitCode : int {
   kWrongUsage = 2,        ///< the command line makes no sense
   kInputUnreadable = 3,   ///< a file or standard input cannot be read
   kOutputUnwritable = 4,  ///< a file or standard output cannot be written
+  kFindings = 5,          ///< a check found something to tell
   kToolFailed = 70,       ///< the tool itself failed, out of memory for instance
   kCallTimedOut = 124,    ///< the library neither returned nor called back
   kLibraryCrashed = 125,  ///< the library ended its process

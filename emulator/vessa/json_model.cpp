@@ -42,7 +42,7 @@ void JsonModel::StartElement(std::uint32_t tag, std::string_view vr, std::uint32
     ++left_out_;
     return;
   }
-  element_ = {FindValueRepresentation(scopes_.Resolve(tag, vr)), {}, false, {}};
+  element_ = {FindValueRepresentation(scopes_.Resolve(tag, vr)), {}, false, false, tag, {}};
   output_.Write(
       fmt::format("{}\n{}\"{}\": {{", members_.back() > 0 ? "," : "", Indentation(), PlainTag(tag)));
   ++members_.back();
@@ -60,11 +60,19 @@ void JsonModel::Data(std::uint32_t tag, std::uint32_t chunk, std::string_view by
   }
 }
 
+void JsonModel::BeginBytes() {
+  if (element_.has_open_value) return;
+  element_.has_open_value = true;
+  element_.is_bulk = bulk_ != nullptr;
+  output_.Write(fmt::format(R"("vr": "{}", )", element_.vr.name));
+  output_.Write(element_.is_bulk ? fmt::format(R"("BulkDataURI": "{})", bulk_->Begin(element_.tag))
+                                 : std::string(R"("InlineBinary": ")"));
+}
+
 void JsonModel::AppendBytes(std::string_view bytes) {
   if (bytes.empty()) return;
-  if (!element_.has_open_value)
-    output_.Write(fmt::format(R"("vr": "{}", "InlineBinary": ")", element_.vr.name));
-  element_.has_open_value = true;
+  BeginBytes();
+  if (element_.is_bulk) return bulk_->Write(bytes);
   std::string text;
   element_.encoder.Append(bytes, text);
   output_.Write(text);
@@ -88,7 +96,11 @@ void JsonModel::CloseValue() {
   if (!element_.has_open_value) PrintValues();
   if (!element_.has_open_value) return;
   std::string text;
-  element_.encoder.Finish(text);
+  if (element_.is_bulk) {
+    bulk_->Finish();
+  } else {
+    element_.encoder.Finish(text);
+  }
   output_.Write(text + "\"");
 }
 
@@ -120,6 +132,20 @@ void JsonModel::EndItem(std::uint32_t tag, std::uint32_t) {
   members_.pop_back();
   output_.Write(is_empty ? "}" : "\n" + Indentation() + "}");
   scopes_.LeaveItem();
+}
+
+/// A data set is open inside each open item, and an element around each of those but the outermost.
+void JsonModel::CloseAll() {
+  left_out_ = 0;
+  for (;;) {
+    if (items_.size() == members_.size()) {
+      EndElement(0);
+    } else if (members_.size() > 1) {
+      EndItem(0, 0);
+    } else {
+      return;
+    }
+  }
 }
 
 std::string JsonModel::Indentation() const {

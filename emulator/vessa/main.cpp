@@ -5,6 +5,7 @@
 #include "emulator/platform/standard_streams.h"
 #include "emulator/vessa/call_supervisor.h"
 #include "emulator/vessa/command_line.h"
+#include "emulator/vessa/file_run.h"
 
 namespace emulator::tool {
 namespace {
@@ -25,12 +26,13 @@ int Fail(CallProgress& progress, ExitCode code, const char* message) {
 }
 
 /// In the process that may end at any time.
-int RunCommand(const CommandLine& command_line, CallProgress& progress) {
+int RunCommand(const Settings& settings, Command& command, const std::optional<FilePlan>& plan,
+               CallProgress& progress) {
   try {
-    Session session(command_line.TheSettings(), progress);
-    command_line.ChosenCommand().Run(session);
+    Session session(settings, progress);
+    const int code = command.RunHere(session, plan);
     session.Out().Flush();
-    return kDone;
+    return code;
   } catch (const ReaderGone&) {
     return kDone;
   } catch (const ToolError& error) {
@@ -47,8 +49,12 @@ int RunTool(int argc, const char* const* argv) {
   } catch (const CLI::ParseError& error) {
     return command_line.Answer(error);
   }
-  return Supervise(command_line.TheSettings().timeout_seconds,
-                   [&](CallProgress& progress) { return RunCommand(command_line, progress); });
+  const Settings& settings = command_line.TheSettings();
+  Command& command = command_line.ChosenCommand();
+  const std::optional<FilePlan> plan = command.PlanFiles();
+  if (plan && plan->files.size() > 1) return FileRun(settings, command, *plan).Run();
+  return Supervise(settings.timeout_seconds,
+                   [&](CallProgress& progress) { return RunCommand(settings, command, plan, progress); });
 }
 
 }  // namespace
@@ -58,6 +64,9 @@ int main(int argc, char** argv) {
   try {
     emulator::PrepareStandardStreams();
     return emulator::tool::RunTool(argc, argv);
+  } catch (const emulator::tool::ToolError& error) {
+    emulator::tool::WriteError(fmt::format("vessa: {}", error.what()));
+    return error.Code();
   } catch (const std::exception& error) {
     emulator::tool::WriteError(fmt::format("vessa: {}", error.what()));
     return emulator::tool::kToolFailed;

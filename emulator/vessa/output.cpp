@@ -38,11 +38,15 @@ void Output::WriteLine(std::string_view line) {
 
 void Output::Flush() {
   const std::size_t filled = std::min<std::size_t>(progress_.output_filled, CallProgress::kOutputBytes);
+  if (filled == 0) return;
+  turn_.Take();
   progress_.output_filled = 0;
   errno = 0;
   const bool written =
       std::fwrite(progress_.output.data(), 1, filled, stdout) == filled && std::fflush(stdout) == 0;
-  if (!written) ThrowWriteError(errno);
+  if (written) return;
+  has_failed_ = true;
+  ThrowWriteError(errno);
 }
 
 void WriteError(std::string_view line) {

@@ -6,21 +6,26 @@
 #include <string_view>
 
 #include "emulator/vessa/call_progress.h"
+#include "emulator/vessa/output_turn.h"
 
 namespace emulator::tool {
 
 class Output {
  public:
-  explicit Output(CallProgress& progress) : progress_(progress) {}
+  explicit Output(CallProgress& progress, OutputTurn turn = {}) : progress_(progress), turn_(turn) {}
 
   /// Throws ToolError (kOutputUnwritable) or ReaderGone.
   void Write(std::string_view bytes);
   void WriteLine(std::string_view line);
   /// Hands everything to the system. Throws as Write does.
   void Flush();
+  /// After Write has thrown a ToolError.
+  bool HasFailed() const { return has_failed_; }
 
  private:
   CallProgress& progress_;
+  OutputTurn turn_;
+  bool has_failed_ = false;
 };
 
 /// Text for a person, whatever becomes of it.

@@ -44,10 +44,10 @@ std::string MessageText(const ListResult& result) { return PrintableUtf8(ToUtf8(
 
 }  // namespace
 
-Session::Session(const Settings& settings, CallProgress& progress)
+Session::Session(const Settings& settings, CallProgress& progress, OutputTurn turn)
     : settings_(settings),
       progress_(progress),
-      output_(progress),
+      output_(progress, turn),
       library_(LoadLibrary(settings.library_path)) {}
 
 void Session::Watch(CallWatcher& watcher) {

@@ -32,7 +32,7 @@ class LibraryFailure : public ToolError {
 class Session {
  public:
   /// Throws ToolError (kInputUnreadable) when the library cannot be loaded.
-  Session(const Settings& settings, CallProgress& progress);
+  Session(const Settings& settings, CallProgress& progress, OutputTurn turn = {});
 
   const Settings& TheSettings() const { return settings_; }
   const Library& TheLibrary() const { return library_; }

@@ -9,6 +9,8 @@
 
 #include "emulator/vessa/content_sink.h"
 #include "emulator/vessa/data_set_scopes.h"
+#include "emulator/vessa/dictionary.h"
+#include "emulator/vessa/offset_follower.h"
 #include "emulator/vessa/output.h"
 #include "emulator/vessa/style.h"
 
@@ -17,20 +19,24 @@ namespace emulator::tool {
 struct TreeLayout {
   Style style;
   std::size_t columns;  ///< of a line; 0 for lines as long as they come
-  /// The keyword of a tag, empty for one that has none.
-  std::function<std::string(std::uint32_t tag)> keyword;
+  /// What the dictionary says of a tag; empty texts for one that it does not hold.
+  std::function<DictionaryEntry(std::uint32_t tag)> dictionary;
+  bool has_offsets = false;        ///< lines begin with the offset of the element or item
+  bool is_hex = false;             ///< values in hexadecimal
+  std::uint64_t first_offset = 0;  ///< of the first element in the file
 };
 
 /// Prints a data set as a tree: a line an element (tag, VR, keyword, length, start of the value), the elements of an
 /// item under it. Needs memory for the start of one value only.
 class TreePrinter : public ContentSink {
  public:
-  TreePrinter(Output& output, TreeLayout layout) : output_(output), layout_(std::move(layout)) {}
+  TreePrinter(Output& output, TreeLayout layout)
+      : output_(output), layout_(std::move(layout)), offsets_(layout_.first_offset) {}
 
   /// Prints what is known of an element whose value does not come to its end.
   void Finish() { PrintPending(); }
 
-  void StartContent(std::string_view) override {}
+  void StartContent(std::string_view transfer_syntax) override { offsets_.StartContent(transfer_syntax); }
   void EndContent() override {}
   void StartElement(std::uint32_t tag, std::string_view vr, std::uint32_t length) override;
   void EndElement(std::uint32_t tag) override;
@@ -48,15 +54,19 @@ class TreePrinter : public ContentSink {
     std::string vr;
     std::uint32_t length;
     std::string value_start;
+    std::uint64_t offset;
   };
 
   void PrintPending();
   Line ElementLine(std::uint32_t tag, std::string_view vr, std::uint32_t length) const;
-  Line FragmentLine(std::uint32_t number, std::uint32_t length) const;
-  std::string Indentation() const;
+  static Line FragmentLine(std::uint32_t number, std::uint32_t length);
+  std::string KeywordOf(std::uint32_t tag, const DictionaryEntry& entry) const;
+  /// What a line of an element or item begins with.
+  std::string Margin(std::uint64_t offset) const;
 
   Output& output_;
   TreeLayout layout_;
+  OffsetFollower offsets_;
   DataSetScopes scopes_;
   std::optional<Line> pending_;
   std::size_t depth_ = 0;

@@ -18,10 +18,10 @@ std::string UnitText(std::string_view unit, ValueKind kind) {
 }
 
 /// Whole units with backslashes between them; a unit that is cut short is left out.
-std::string UnitsText(std::string_view bytes, const ValueRepresentation& vr, bool is_whole) {
+std::string UnitsText(std::string_view bytes, const ValueRepresentation& vr, bool is_whole, bool is_limited) {
   std::string text;
   for (std::size_t count = 0; bytes.size() >= vr.unit_bytes; ++count) {
-    if (count == kShownNumbers) return text + "\\...";
+    if (is_limited && count == kShownNumbers) return text + "\\...";
     if (count > 0) text += '\\';
     text += UnitText(bytes.substr(0, vr.unit_bytes), vr.kind);
     bytes.remove_prefix(vr.unit_bytes);
@@ -57,6 +57,7 @@ std::string HexText(std::string_view bytes) {
 
 std::string PreviewOf(const Preview& preview, std::string_view start, bool is_whole) {
   const ValueRepresentation& vr = FindValueRepresentation(preview.vr);
+  if (preview.is_hex) return CutToColumns(HexText(start) + (is_whole ? "" : "..."), preview.columns);
   switch (vr.kind) {
     case ValueKind::kText:
     case ValueKind::kNumberText:
@@ -68,7 +69,7 @@ std::string PreviewOf(const Preview& preview, std::string_view start, bool is_wh
     case ValueKind::kSigned:
     case ValueKind::kFloat:
     case ValueKind::kTag:
-      return CutToColumns(UnitsText(start, vr, is_whole), preview.columns);
+      return CutToColumns(UnitsText(start, vr, is_whole, preview.columns > 0), preview.columns);
     case ValueKind::kSequence:
       return {};
     case ValueKind::kBytes:

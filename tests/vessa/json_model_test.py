@@ -7,9 +7,12 @@ with what pydicom reads in the file. Files and values that cannot agree stand be
 
 import json
 import pathlib
+import re
 import subprocess
 import sys
+import tempfile
 import unittest
+import urllib.parse
 
 import pydicom
 from pydicom.dataset import Dataset
@@ -75,6 +78,64 @@ def value_text(element):
     return [value.rstrip(" ") if isinstance(value, str) else value for value in values]
 
 
+# PS3.18 table F.2.3-1: what the values of a VR are in JSON.
+TEXT_VRS = {"AE", "AS", "AT", "CS", "DA", "DT", "LO", "LT", "SH", "ST", "TM", "UC", "UI", "UR", "UT"}
+NUMBER_VRS = {"DS", "FD", "FL", "IS", "SL", "SS", "SV", "UL", "US", "UV"}
+BYTE_VRS = {"OB", "OD", "OF", "OL", "OV", "OW", "UN"}
+NAME_GROUPS = {"Alphabetic", "Ideographic", "Phonetic"}
+BASE64 = re.compile(r"(?:[A-Za-z0-9+/]{4})*(?:[A-Za-z0-9+/]{2}==|[A-Za-z0-9+/]{3}=)?")
+
+
+def model_errors(data_set, where="top"):
+    """What PS3.18 annex F forbids in a data set of its model."""
+    if not isinstance(data_set, dict):
+        yield f"{where}: no object"
+        return
+    if list(data_set) != sorted(data_set):
+        yield f"{where}: tags do not ascend"
+    for tag, element in data_set.items():
+        place = f"{where} {tag}"
+        if not re.fullmatch(r"[0-9A-F]{8}", tag):
+            yield f"{place}: no tag"
+        if tag.endswith("0000"):
+            yield f"{place}: a group length"
+        yield from element_errors(element, place)
+
+
+def element_errors(element, where):
+    members = set(element) - {"vr"}
+    vr = element.get("vr")
+    if len(members) > 1 or not members <= {"Value", "InlineBinary", "BulkDataURI"}:
+        yield f"{where}: members {sorted(element)}"
+    elif vr in BYTE_VRS:
+        if "Value" in members or ("InlineBinary" in members and not BASE64.fullmatch(element["InlineBinary"])):
+            yield f"{where}: bytes are no base64"
+    elif vr not in TEXT_VRS | NUMBER_VRS | {"PN", "SQ"}:
+        yield f"{where}: VR {vr}"
+    elif "Value" in members:
+        if not isinstance(element["Value"], list) or not element["Value"]:
+            yield f"{where}: Value is no array or has nothing in it"
+        for number, value in enumerate(element["Value"], 1):
+            yield from value_errors(vr, value, f"{where}[{number}]")
+    elif members:
+        yield f"{where}: {members} of {vr}"
+
+
+def value_errors(vr, value, where):
+    if value is None:
+        return
+    if vr == "SQ":
+        yield from model_errors(value, where)
+    elif vr == "PN":
+        if not isinstance(value, dict) or not set(value) <= NAME_GROUPS:
+            yield f"{where}: no person name"
+    elif vr in TEXT_VRS:
+        if not isinstance(value, str) or (vr == "AT" and not re.fullmatch(r"[0-9A-F]{8}", value)):
+            yield f"{where}: no text of {vr}"
+    elif isinstance(value, bool) or not isinstance(value, (int, float, str)):
+        yield f"{where}: no number"  # texts stand for what JSON has no number for
+
+
 class JsonModel(unittest.TestCase):
     def compare(self, ours, theirs, where, compared):
         tags = {tag for tag in theirs.keys() if tag.element != 0}
@@ -106,11 +167,43 @@ class JsonModel(unittest.TestCase):
                 run = dump(path)
                 self.assertEqual(run.returncode, 0, run.stderr)
                 count = [0]
-                self.compare(Dataset.from_json(json.loads(run.stdout)), read(path), path.name, count)
+                model = json.loads(run.stdout)
+                self.assertEqual(list(model_errors(model))[:3], [])
+                self.compare(Dataset.from_json(model), read(path), path.name, count)
                 files += 1
                 compared += count[0]
         print(f"compared {compared} elements of {files} files")
         self.assertGreater(files, 80)
+
+    def test_names_the_files_of_values_that_are_written_apart(self):
+        elements = 0
+        with tempfile.TemporaryDirectory() as folder:
+            for name in ("CT_small.dcm", "SC_rgb_rle.dcm", "priv_SQ.dcm"):
+                path = SAMPLES / "test_files" / name
+                run = subprocess.run(
+                    [VESSA, "dump", "--json", "--bulk", f"{folder}/{name}", path], capture_output=True, check=True
+                )
+                model = json.loads(run.stdout)
+                self.assertEqual(list(model_errors(model))[:3], [])
+                self.assertNotIn(b"InlineBinary", run.stdout)
+                loaded = Dataset.from_json(model, lambda uri: pathlib.Path(urllib.parse.unquote(uri)).read_bytes())
+                count = [0]
+                self.compare(loaded, read(path), name, count)
+                elements += count[0]
+        self.assertGreater(elements, 300)
+
+    def test_finds_what_the_model_forbids(self):
+        for wrong in (
+            {"0010001": {"vr": "PN"}},
+            {"00100020": {"vr": "LO"}, "00100010": {"vr": "PN"}},
+            {"00100010": {"vr": "PN", "Value": ["Doe"]}},
+            {"00100010": {"vr": "XX"}},
+            {"00280010": {"vr": "US", "Value": []}},
+            {"7FE00010": {"vr": "OW", "InlineBinary": "AA"}},
+            {"7FE00010": {"vr": "OW", "Value": [1]}},
+            {"00081140": {"vr": "SQ", "Value": [{"1": {}}]}},
+        ):
+            self.assertTrue(list(model_errors(wrong)), wrong)
 
     def test_is_json_where_pydicom_cannot_load_it(self):
         for name in UNLOADED:

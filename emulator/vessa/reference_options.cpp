@@ -1,0 +1,23 @@
+#include "emulator/vessa/reference_options.h"
+
+#include "emulator/vessa/exit_code.h"
+
+namespace emulator::tool {
+
+void ReferenceOptions::Define(CLI::App& app, const std::string& description) {
+  app.add_option("REFERENCE", words_, description + "; with -e, more files");
+  app.add_option("-e,--reference", options_, "A reference, once for each; all other words are then files")
+      ->allow_extra_args(false);
+}
+
+std::vector<std::string> ReferenceOptions::FileWords() const {
+  if (References().empty())
+    throw ToolError(kWrongUsage, "name the element: FILE REFERENCE, or -e REFERENCE FILE");
+  return options_.empty() ? std::vector<std::string>() : words_;
+}
+
+std::string ReferenceOptions::Label(const std::string& reference) const {
+  return References().size() == 1 ? std::string() : reference + "\t";
+}
+
+}  // namespace emulator::tool
