@@ -19,7 +19,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kSilence{500};
+constexpr std::chrono::milliseconds kSilence{1000};
 constexpr std::chrono::seconds kLongest{60};
 
 /// What the process that calls tells the one that watches it. All zeros at first.

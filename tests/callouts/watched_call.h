@@ -18,7 +18,7 @@ struct WatchedCall {
   std::vector<std::string> Names() const;
 };
 
-/// Runs the call in a process of its own, on a new host that is handed to it. A call that makes no callback for half a
+/// Runs the call in a process of its own, on a new host that is handed to it. A call that makes no callback for a
 /// second is ended with its process; so is any after a minute. To be called once in a test, before anything else there
 /// that takes time: where a process cannot be split in two, the program is started again and comes to this test anew.
 WatchedCall Watch(const std::function<void(Host&)>& call);
