@@ -35,7 +35,7 @@ class FuzzInput {
   /// As many bytes as the first one says.
   std::string Text() {
     const std::size_t length = Byte();
-    const std::string text(rest_.substr(0, length));
+    std::string text(rest_.substr(0, length));
     rest_.remove_prefix(text.size());
     return text;
   }

@@ -132,58 +132,76 @@ std::uint32_t AddClient(FuzzInput& input, emulator::Host& host) {
   return host.Add(client);
 }
 
+/// The objects of one call, by their references.
+struct Objects {
+  std::uint32_t stream;
+  std::uint32_t handler;
+  std::uint32_t client;
+  std::uint32_t output;
+};
+
+/// One of the call-outs that answer with a list.
+emulator::ListResult CallForList(std::size_t call, const char* syntax, std::size_t item,
+                                 const Objects& objects) {
+  emulator::ListBuilder arguments;
+  arguments.Integer(objects.stream).String(syntax);
+  const auto sequence = emulator::ListBuilder().Integer(0x0040A730).Integer(static_cast<std::int64_t>(item));
+  switch (call) {
+    case 0:
+      return TheLibrary().CallList("zfDecomposeStream",
+                                   arguments.Integer(objects.handler).Integer(objects.client));
+    case 1:
+      return TheLibrary().CallList("zfQueryStream",
+                                   arguments.List(emulator::ListBuilder(sequence).Integer(0x00080100)));
+    default:
+      return TheLibrary().CallList("zfGetNextSubscript", arguments.List(sequence));
+  }
+}
+
+void RequirePrescribedList(const emulator::ListResult& result) {
+  Require(result.returned == 0 && (result.status == 0 || result.status == 1), "no prescribed answer");
+  Require(result.status == 0 || result.values.size() == 1, "a failure without its one message");
+}
+
+void RequirePrescribedNumber(bool inflates, const Objects& objects) {
+  const auto in = static_cast<std::int32_t>(objects.stream);
+  const auto out = static_cast<std::int32_t>(objects.output);
+  const std::int32_t returned = inflates ? TheLibrary().Call("zfInflateStream", in, out, 0)
+                                         : TheLibrary().Call("zfDeflateStream", 6, in, out);
+  Require(returned == 0 || returned == -1, "an answer other than 0 and -1");
+}
+
+/// One call with a host as the eight bytes of the plan say.
+void RunCall(std::size_t call, const char* syntax, FuzzInput plan, std::string bytes) {
+  emulator::Host host;
+  const auto stream = std::make_shared<HostileStream>(std::move(bytes));
+  Objects objects{};
+  objects.stream = host.Add(stream);
+  PlanFaults(plan, host.faults());
+  PlanPeeks(plan, *stream);
+  objects.client = AddClient(plan, host);
+  const std::size_t acts_at = plan.Byte();
+  const auto action = static_cast<Action>(plan.Choice(kActions));
+  objects.handler = host.Add(std::make_shared<HostileHandler>(host, stream, acts_at, action));
+  objects.output = host.Add(std::make_shared<BoundedStream>(100000));
+
+  constexpr std::size_t kListCalls = 3;
+  if (call < kListCalls) {
+    stream->open_items = call == 0 ? 0 : 1;
+    RequirePrescribedList(CallForList(call, syntax, acts_at % 3, objects));
+  } else {
+    RequirePrescribedNumber(call == kListCalls, objects);
+  }
+}
+
 }  // namespace
 
 void RunInput(FuzzInput input) {
   const char* const syntax = SyntaxFor(input.Choice(kSupportedSyntaxes));
   const std::size_t call = input.Choice(5);
-  FuzzInput plan = input;
+  const FuzzInput plan = input;
   for (int i = 0; i < 8; ++i) input.Byte();
-
-  {
-    emulator::Host host;
-    const auto stream = std::make_shared<HostileStream>(input.Rest());
-    const std::uint32_t stream_oref = host.Add(stream);
-    PlanFaults(plan, host.faults());
-    PlanPeeks(plan, *stream);
-    const std::uint32_t client = AddClient(plan, host);
-    const std::size_t acts_at = plan.Byte();
-    const auto action = static_cast<Action>(plan.Choice(kActions));
-    const std::uint32_t handler = host.Add(std::make_shared<HostileHandler>(host, stream, acts_at, action));
-    const std::uint32_t output = host.Add(std::make_shared<BoundedStream>(100000));
-
-    emulator::ListBuilder arguments;
-    arguments.Integer(stream_oref).String(syntax);
-    const auto path =
-        emulator::ListBuilder().Integer(0x0040A730).Integer(static_cast<std::int64_t>(acts_at % 3));
-    emulator::ListResult result;
-    std::int32_t packed = 0;
-    switch (call) {
-      case 0:
-        result = TheLibrary().CallList("zfDecomposeStream", arguments.Integer(handler).Integer(client));
-        break;
-      case 1:
-        stream->open_items = 1;
-        result = TheLibrary().CallList("zfQueryStream",
-                                       arguments.List(emulator::ListBuilder(path).Integer(0x00080100)));
-        break;
-      case 2:
-        stream->open_items = 1;
-        result = TheLibrary().CallList("zfGetNextSubscript", arguments.List(path));
-        break;
-      case 3:
-        packed = TheLibrary().Call("zfInflateStream", static_cast<std::int32_t>(stream_oref),
-                                   static_cast<std::int32_t>(output), 0);
-        break;
-      default:
-        packed = TheLibrary().Call("zfDeflateStream", 6, static_cast<std::int32_t>(stream_oref),
-                                   static_cast<std::int32_t>(output));
-        break;
-    }
-    Require(result.returned == 0 && (result.status == 0 || result.status == 1), "no prescribed answer");
-    Require(result.status == 0 || result.values.size() == 1, "a failure without its one message");
-    Require(packed == 0 || packed == -1, "an answer other than 0 and -1");
-  }
+  RunCall(call, syntax, plan, input.Rest());
   RequireTheNextCallWorks();
 }
 
