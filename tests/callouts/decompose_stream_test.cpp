@@ -69,6 +69,15 @@ TEST_F(DecomposeStream, MakesTheseCallbacksForOneElement) {
                   R"(PushMethod 2 "EndContent" 1)", "InvokeMethod 0", "ConvertResult 3 -> 0 bytes"));
 }
 
+TEST_F(DecomposeStream, TakesTheLongestAnswerOfAnEventThatFits) {
+  auto [stream, stream_oref] = Make<MemoryStream>(kExplicit.Element(0x00100010, "PN", "Doe^John"));
+  auto [log, log_oref] = Make<EventLog>();
+  log->Return("StartElement", std::string(32767, 'x'));
+  ExpectSuccess(
+      Call("zfDecomposeStream",
+           ListBuilder().Integer(stream_oref).String(kExplicitLittleEndian).Integer(log_oref).Integer(0)));
+}
+
 TEST_F(DecomposeStream, SendsNothingOfAnElementWithAnOddLength) {
   ExpectFailure(
       Decompose(kExplicit.Element(0x00100010, "PN", "odd")),

@@ -53,5 +53,12 @@ TEST(ByteText, ACharacterAbove255GoesThroughTheCodePageAndTheBytesAroundItStay) 
   EXPECT_EQ(ByteCount(characters), bytes.size());
 }
 
+TEST(ByteText, TheFirstCharacterAbove255IsNoByte) {
+  std::vector<std::uint8_t> storage;
+  const std::span<std::uint8_t> bytes = ToBytes(u"\u0100", storage);
+  ASSERT_FALSE(bytes.empty());
+  EXPECT_NE(bytes.front(), 0);  // its low half
+}
+
 }  // namespace
 }  // namespace vessa

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "compose/value_writer.h"
 #include "tests/compose/compose_host.h"
 #include "tests/support/dicom_bytes.h"
 
@@ -51,6 +52,17 @@ TEST(ElementWriter, WritesDelimitationsInTheByteOrderOfTheSyntax) {
   };
   EXPECT_EQ(Written(kImplicitLittle, item), Hex("FEFF 00E0 FFFFFFFF FEFF 0DE0 00000000 FEFF DDE0 00000000"));
   EXPECT_EQ(Written(kExplicitBig, item), Hex("FFFE E000 FFFFFFFF FFFE E00D 00000000 FFFE E0DD 00000000"));
+}
+
+TEST(ValueWriter, AUnitMayLieAcrossTheEndsOfPieces) {
+  const auto pieces = [](ElementWriter& writer) {
+    ValueWriter value(writer, 2);
+    for (std::string piece : {"a", "bcd", "e", "", "f", "g"}) {
+      value.Write({reinterpret_cast<std::uint8_t*>(piece.data()), piece.size()});
+    }
+    value.Finish();
+  };
+  EXPECT_EQ(Written(kExplicitLittle, pieces), "badcfeg");
 }
 
 }  // namespace

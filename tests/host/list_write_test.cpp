@@ -44,6 +44,15 @@ TEST(ListWriter, AFirstItemTooLongForItsStorageGoesToTheHeap) {
   EXPECT_EQ(BytesOf(list), ShortItem(1, vessa::BytesOf("more than eight")));
 }
 
+TEST(ListWriter, TheItemBehindARememberedEndIsFound) {
+  VessaList list;
+  list.AppendInt(1);
+  list.Seek(1);
+  list.AppendInt(2);
+  list.Seek(1);
+  EXPECT_EQ(list.GetInt(), 2);
+}
+
 TEST(ListWriter, Writes32BitIntegersInTheirShortestForm) {
   EXPECT_EQ(WrittenInt(0), (Bytes{2, 4}));
   EXPECT_EQ(WrittenInt(1), (Bytes{3, 4, 1}));
