@@ -94,10 +94,10 @@ set(CPACK_DEBIAN_TOOL_PACKAGE_NAME vessadcm-tools)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "vessadcm (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "DICOM call-out library for a host database engine
- The engine loads the library and calls its functions by name, to decompose
- DICOM data sets into events, to query single attributes and to compose
- DICOM streams.")
+The engine loads the library and calls its functions by name, to decompose
+DICOM data sets into events, to query single attributes and to compose
+DICOM streams.")
 set(CPACK_COMPONENT_TOOL_DESCRIPTION "stand-in host for the VessaDCM call-out library
- The command vessa loads the library as a host database engine does and runs
- it on files: it shows, queries, converts, traces and replays.")
+The command vessa loads the library as a host database engine does and runs
+it on files: it shows, queries, converts, traces and replays.")
 include(CPack)

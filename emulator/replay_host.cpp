@@ -105,9 +105,8 @@ const RecordedAnswer& ReplayHost::AnswerTo(const Callback& question) {
   if (difference_) return Failure();
   const std::string made = CallbackQuestion(question, TextForm::kWhole);
   std::optional<RecordedAnswer> answer;
-  if (reader_.HasLine() && reader_.Line().starts_with(made)) {
-    answer = ReadAnswer(std::string_view(reader_.Line()).substr(made.size()));
-  }
+  const std::string_view line = reader_.Line();
+  if (reader_.HasLine() && line.starts_with(made)) answer = ReadAnswer(line.substr(made.size()));
   if (!answer) {
     Differ(made);
     return Failure();

@@ -111,9 +111,7 @@ class WindowsZip(Unpacked):
         self.assertEqual(run("sh", ROOT / "tests/binary/windows_symbols.sh", self.top / "VessaDCM.dll"), (0, ""))
 
     def test_dll_names_its_symbols_and_holds_no_time(self):
-        link = run("x86_64-w64-mingw32-objcopy", "-O", "binary", "--only-section=.gnu_debuglink", "--set-section-flags",
-                   ".gnu_debuglink=alloc", self.top / "VessaDCM.dll", "/dev/stdout")[1]
-        self.assertTrue(link.startswith("VessaDCM.dll.debug\0"), link)
+        self.assertIn(b"VessaDCM.dll.debug\0", (self.top / "VessaDCM.dll").read_bytes())
         self.assertTrue((self.top / "symbols/VessaDCM.dll.debug").exists())
         for name in ("VessaDCM.dll", "vessa.exe"):
             data = (self.top / name).read_bytes()
@@ -217,6 +215,6 @@ class Reproducibility(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    PACKAGES, AGAIN, COMMIT = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]), sys.argv[3]
+    PACKAGES, AGAIN, COMMIT = *(pathlib.Path(path).resolve() for path in sys.argv[1:3]), sys.argv[3]
     VERSION = re.search(r"^project\(VessaDCM VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text(), re.MULTILINE)[1]
     unittest.main(argv=sys.argv[:1], verbosity=2)
