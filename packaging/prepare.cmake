@@ -12,12 +12,15 @@ function(copy_licences folder)
   endforeach()
 endfunction()
 
+# objcopy writes its time into files for Windows; time 0 is what the linker writes.
+set(objcopy ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0 ${CPACK_VESSA_OBJCOPY})
+
 # Debugging symbols of the library: in a file of their own that its debug link names.
 function(split_symbols)
-  execute_process(COMMAND ${CPACK_VESSA_OBJCOPY} --only-keep-debug ${CPACK_VESSA_LIBRARY} ${ARGV1}
+  execute_process(COMMAND ${objcopy} --only-keep-debug ${CPACK_VESSA_LIBRARY} ${ARGV1}
     COMMAND_ERROR_IS_FATAL ANY)
   get_filename_component(folder ${ARGV1} DIRECTORY)
-  execute_process(COMMAND ${CPACK_VESSA_OBJCOPY} --add-gnu-debuglink=${ARGV1} ${ARGV0} COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(COMMAND ${objcopy} --add-gnu-debuglink=${ARGV1} ${ARGV0} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
 function(prepare_archive)
@@ -31,6 +34,7 @@ function(prepare_archive)
   split_symbols(${library} ${top}/symbols/${name}.debug)
   file(COPY_FILE ${CPACK_VESSA_SOURCE}/packaging/licences.md ${top}/licences/README.md)
   if(CPACK_VESSA_SYSTEM STREQUAL windows)
+    execute_process(COMMAND ${objcopy} ${top}/vessa.exe COMMAND_ERROR_IS_FATAL ANY)
     copy_licences(${top}/licences libz-mingw-w64-dev libcli11-dev libfmt-dev nlohmann-json3-dev
       gcc-mingw-w64-x86-64-posix mingw-w64-x86-64-dev)
   else()
