@@ -4,8 +4,9 @@
 
 namespace emulator {
 
-/// Whose code runs on this thread: the library's from the start of a call-out to its end, but for the callbacks that
-/// it makes. So faults that only the library is to meet, such as memory that runs out, can leave the host alone.
+/// Whose code runs: the library's from the start of a call-out to its end, but for the callbacks that it makes. There is
+/// one turn in a process, as there is one call at a time. So faults that only the library is to meet, such as memory
+/// that runs out, can leave the host alone.
 class Turn {
  public:
   enum class Of : std::uint8_t { kHost, kLibrary };
@@ -18,7 +19,7 @@ class Turn {
   static Of Current() { return current_; }
 
  private:
-  static inline thread_local Of current_ = Of::kHost;
+  static inline Of current_ = Of::kHost;  // NOLINT(readability-identifier-naming)  members end so
 
   Of before_;
 };

@@ -16,6 +16,8 @@ using testing::StartsWith;
 
 namespace {
 
+// Patterns keep to what GoogleTest's own and the system's expressions have in common: \w for digits, \S for numbers.
+
 std::string SmallFile() { return MakeFile("small.dcm", DicomFile("1.2.840.10008.1.2.1", SmallDataSet())); }
 
 std::string ContentOf(const std::string& path) {
@@ -42,19 +44,19 @@ TEST(Trace, PrintsCallsAndCallbacksWithArgumentsAnswersAndTimes) {
   EXPECT_THAT(run.errors, HasSubstr("\n  PushString \"Doe^John\" <"));
   EXPECT_THAT(run.errors, HasSubstr("\n  zfTagInfo i:1048592\n"));  // the host's own, made in an event
   EXPECT_THAT(run.errors, HasSubstr("\n  ConvertResult 1 -> 133 <"));
-  EXPECT_THAT(run.errors, ContainsRegex("\n= 0 i:0 <[0-9]+\\.[0-9][0-9][0-9][0-9][0-9][0-9]>\n"));
+  EXPECT_THAT(run.errors, ContainsRegex("\n= 0 i:0 <\\w+\\.\\w\\w\\w\\w\\w\\w>\n"));
 }
 
 TEST(Trace, CountsCallbacksInPlaceOfThePrintedLines) {
   const ToolRun run = RunTool({"trace", "-c", "events", SmallFile()});
   EXPECT_THAT(run.errors, Not(HasSubstr("PushProperty 1")));
   EXPECT_THAT(run.errors, ContainsRegex("callback +calls +bytes +errors +seconds +share\n"));
-  EXPECT_THAT(run.errors, ContainsRegex("PushProperty +2 +16 +0 +[0-9.]+ +[0-9.]+%\n"));
-  EXPECT_THAT(run.errors, ContainsRegex("zfDecomposeStream +2 +[0-9]+ +0 +[0-9.]+ +[0-9.]+%\n"));
-  EXPECT_THAT(run.errors, ContainsRegex("total +[0-9.]+\n$"));
+  EXPECT_THAT(run.errors, ContainsRegex("PushProperty +2 +16 +0 +\\S+ +\\S+%\n"));
+  EXPECT_THAT(run.errors, ContainsRegex("zfDecomposeStream +2 +\\w+ +0 +\\S+ +\\S+%\n"));
+  EXPECT_THAT(run.errors, ContainsRegex("total +\\S+\n$"));
   const ToolRun failed = RunTool({"trace", "--count", "--inject", "Data:error=5", "events", SmallFile()});
-  EXPECT_THAT(failed.errors, ContainsRegex("zfDecomposeStream +1 +[0-9]+ +1 +[0-9.]+ +[0-9.]+%\n"));
-  EXPECT_THAT(failed.errors, ContainsRegex("InvokeMethod +[0-9]+ +0 +1 +[0-9.]+ +[0-9.]+%\n"));
+  EXPECT_THAT(failed.errors, ContainsRegex("zfDecomposeStream +1 +\\w+ +1 +\\S+ +\\S+%\n"));
+  EXPECT_THAT(failed.errors, ContainsRegex("InvokeMethod +\\w+ +0 +1 +\\S+ +\\S+%\n"));
 }
 
 TEST(Trace, InjectsFailuresWhereTheyAreAskedFor) {
@@ -117,7 +119,7 @@ TEST(Trace, RecordsTheStoreCommandsHostsToo) {
 TEST(Replay, FindsNoDifferenceInTheSameLibrary) {
   const ToolRun run = RunTool({"replay", RecordDump("same.recording")});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
-  EXPECT_THAT(run.output, ContainsRegex("^[0-9]+ calls with [0-9]+ callbacks, as recorded\n$"));
+  EXPECT_THAT(run.output, ContainsRegex("^\\w+ calls with \\w+ callbacks, as recorded\n$"));
 }
 
 TEST(Replay, NamesTheFirstDifference) {
