@@ -1,5 +1,7 @@
 #include "modules/VessaDCM/call_out_table.h"
 
+#include <exception>
+
 #include "host/callin.h"
 #include "modules/VessaDCM/buffer_frame.h"
 #include "modules/VessaDCM/call_outs.h"
@@ -67,6 +69,10 @@ constexpr CallOutRow kCallOuts[] = {
     {},  // ends the table
 };
 
+/// Where the compiler emulates storage of a thread, the first look at a thread's exceptions allocates it, and ends the
+/// process when there is no memory. That look is taken here, while the host still loads the library.
+void ReserveStorageForExceptions() { static_cast<void>(std::uncaught_exceptions()); }
+
 }  // namespace
 
 std::int32_t zfDICOMServer() { return -1; }
@@ -76,6 +82,7 @@ std::int32_t zfPLACEHOLDER(HostString* /*buffer*/) { return 0; }
 }  // namespace vessa
 
 extern "C" const vessa::CallOutRow* GetZFTable(void* /*first*/, const vessa::HostServices* callbacks) {
+  vessa::ReserveStorageForExceptions();
   vessa::SetHostServices(callbacks);
   return vessa::kCallOuts;
 }

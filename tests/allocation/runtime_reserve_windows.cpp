@@ -1,0 +1,3 @@
+#include "tests/allocation/runtime_reserve.h"
+
+bool ThrowsWithoutAnyMemory() { return false; }
