@@ -1,6 +1,5 @@
 #include <benchmark/benchmark.h>
 
-#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -11,6 +10,7 @@
 #include "bench/idle_host.h"
 #include "bench/library_under_test.h"
 #include "bench/recording.h"
+#include "tests/support/scratch_file.h"
 
 // One attribute out of a file in the page cache, the whole call included: open, read, answer, close. Beside it DCMTK
 // reading the file no further than it must. Counters: the host's callbacks and the bytes read from the file.
@@ -19,23 +19,6 @@ namespace bench {
 namespace {
 
 constexpr std::int64_t kSomeOref = 1;
-
-/// A file that goes with the benchmark that needs it.
-class ScratchFile {
- public:
-  explicit ScratchFile(const std::string& content)
-      : name_{(std::filesystem::temp_directory_path() / "vessa_query_bench.dcm").string()} {
-    std::ofstream(name_, std::ios::binary) << content;
-  }
-  ~ScratchFile() { std::filesystem::remove(name_); }
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
-
-  const std::string& Name() const { return name_; }
-
- private:
-  std::string name_;
-};
 
 /// One attribute, as each side names it.
 struct Question {

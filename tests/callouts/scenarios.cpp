@@ -1,10 +1,7 @@
 #include "tests/callouts/scenarios.h"
 
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
 #include <memory>
-#include <random>
 #include <utility>
 
 #include "emulator/client.h"
@@ -12,6 +9,7 @@
 #include "emulator/stream_object.h"
 #include "tests/support/dicom_bytes.h"
 #include "tests/support/packed_bytes.h"
+#include "tests/support/scratch_file.h"
 #include "tests/support/stored_data_set.h"
 
 namespace emulator {
@@ -90,26 +88,6 @@ Scenario AskStream(std::string function, std::vector<std::uint32_t> property_lis
                                                   .List(list));
           }};
 }
-
-/// A file that is there as long as one of the scenarios that read it.
-class ScratchFile {
- public:
-  explicit ScratchFile(const std::string& content) {
-    static int number = 0;
-    name_ = (std::filesystem::temp_directory_path() /
-             ("vessa_scenario_" + std::to_string(std::random_device()()) + "_" + std::to_string(++number)))
-                .string();
-    std::ofstream(name_, std::ios::binary) << content;
-  }
-  ~ScratchFile() { std::filesystem::remove(name_); }
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
-
-  const std::string& Name() const { return name_; }
-
- private:
-  std::string name_;
-};
 
 Scenario AskFile(std::string name, std::uint32_t tag, bool with_header, bool with_result_stream) {
   const auto file =

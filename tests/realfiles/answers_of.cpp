@@ -20,6 +20,7 @@
 #include "emulator/library.h"
 #include "emulator/list.h"
 #include "emulator/stream_object.h"
+#include "tests/realfiles/hex_text.h"
 
 namespace {
 
@@ -50,24 +51,13 @@ std::string PropertyList(const Question& question) {
   return list.Bytes();
 }
 
-std::string Hex(const std::string& bytes) {
-  constexpr const char* kDigits = "0123456789ABCDEF";
-  std::string text;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    text += kDigits[byte >> 4U];
-    text += kDigits[byte & 0xFU];
-  }
-  return text;
-}
-
 std::string Text(const ListResult& result, const std::string& long_value = {}) {
   if (result.status != 0) return "1 " + std::string(result.message.begin(), result.message.end());
   if (result.values.empty()) return "0";
   // The list holds the first chunk of a long value. Of fragments it holds the first one, whatever goes to the stream.
   const std::string value = emulator::AsBytes(result.values.at(1).value);
   const bool is_cut = !value.empty() && long_value.size() > value.size() && long_value.starts_with(value);
-  return "0 " + emulator::AsBytes(result.values.at(0).value) + " " + Hex(is_cut ? long_value : value);
+  return "0 " + emulator::AsBytes(result.values.at(0).value) + " " + HexText(is_cut ? long_value : value);
 }
 
 std::uint32_t AddFile(emulator::Host& host, const Question& question) {

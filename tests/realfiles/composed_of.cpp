@@ -20,6 +20,7 @@
 #include "emulator/library.h"
 #include "emulator/list.h"
 #include "emulator/stream_object.h"
+#include "tests/realfiles/hex_text.h"
 #include "tests/support/dicom_bytes.h"
 
 namespace {
@@ -31,17 +32,6 @@ std::vector<std::string> Fields(const std::string& line) {
   std::vector<std::string> fields;
   for (std::string field; std::getline(stream, field, '\t');) fields.push_back(field);
   return fields;
-}
-
-std::string HexText(const std::string& bytes) {
-  constexpr const char* kDigits = "0123456789ABCDEF";
-  std::string text;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    text += kDigits[byte >> 4U];
-    text += kDigits[byte & 0xFU];
-  }
-  return text;
 }
 
 Value Subscript(const std::string& field) {
