@@ -3,17 +3,16 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <span>
 #include <string>
 
+#include "platform/file.h"
 #include "stream/input_stream.h"
 
 namespace vessa {
 
 /// A local file, with offsets of 64 bits. It answers as the C library's file functions do, position by
-/// position; a window of our own in front of them makes the many small reads of a data set cheap.
+/// position; but it reads a window at a time, which makes the many small reads of a data set cheap.
 class CVessaBinaryFileInputStream final : public CVessaInputStream {
  public:
   /// @param name  in the system's code page
@@ -37,29 +36,24 @@ class CVessaBinaryFileInputStream final : public CVessaInputStream {
   Status Open() override;
   /// @throws Status  E_NOTIMPL, always: no host object stands behind a file
   std::uint32_t GetOref() override;
-  /// @throws Status  E_INVALIDARG: the file lost its position
   bool PassOver(std::uint64_t count) override;
 
  private:
-  struct CloseFile {
-    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
-  };
-
   static constexpr std::size_t kWindowBytes = 8192;
+  static constexpr std::size_t kFirstBytes = 4096;  // most attributes that are asked for stand in them
+  static constexpr std::int64_t kNoOffset = -1;  // in what has no positions: reading fails there
 
   std::int64_t Offset() const { return window_offset_ + (next_ - window_.data()); }
   std::size_t Available() const { return AtHand().size(); }
   std::size_t TakeFromWindow(std::span<std::uint8_t> destination);
-  Status Fill();
+  void Fill(std::size_t wanted = kWindowBytes);
   Status PeekStatus(std::size_t found, std::size_t wanted, bool& at_end) const;
   Status PeekPastWindow(std::span<std::uint8_t> destination, bool& at_end);
-  bool MoveTo(std::int64_t offset);
   void EmptyWindow(std::int64_t offset);
-  std::int64_t FindEnd();
 
   std::string name_;
-  std::unique_ptr<std::FILE, CloseFile> file_;     // its own position: behind what is at hand
-  std::int64_t window_offset_ = 0;                 // of the window's first byte; -1 in what has no positions
+  File file_;
+  std::int64_t window_offset_ = 0;                 // of the window's first byte, or kNoOffset
   std::array<std::uint8_t, kWindowBytes> window_;  // what is filled of it and not handed out yet is at hand
 };
 

@@ -84,7 +84,7 @@ void zfQueryStream(Call& call) {
 
 void zfQueryFileOrDataSet(Call& call) {
   const bool has_file_header = call.IntegerArgument(1) != 0;
-  const std::string file_name = call.TextArgument(2);
+  std::string file_name = call.TextArgument(2);
   const std::string transfer_syntax = call.TextArgument(3);
   const VessaROList property_list = call.ListArgument(4);
   const bool sequence_answer = FlagArgument(call, 5);
@@ -93,7 +93,7 @@ void zfQueryFileOrDataSet(Call& call) {
   std::unique_ptr<CVessaBinaryOutputStream> output = WrapOutputStream(output_oref);
 
   Call::Stage(" wrapping input file");
-  CVessaBinaryFileInputStream file(file_name);
+  CVessaBinaryFileInputStream file(std::move(file_name));
   RaiseIfNegative(file.Open());
   if (has_file_header) PassFileHeader(file);
 

@@ -3,18 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <memory>
+#include <fstream>
 #include <string>
 
 namespace vessa {
 namespace {
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
-std::FILE* OpenedFile(const std::string& name) { return std::fopen(name.c_str(), "rb"); }
 
 /// A folder of the test's own, gone with it.
 class FileTest : public testing::Test {
@@ -26,52 +19,78 @@ class FileTest : public testing::Test {
   }
   void TearDown() override { std::filesystem::remove_all(folder_); }
 
-  std::string FileWith(const std::string& text) const {
-    const std::string name = (folder_ / "file.dcm").string();
-    const File file(std::fopen(name.c_str(), "wb"));
-    std::fwrite(text.data(), 1, text.size(), file.get());
-    return name;
+  std::string Folder() const { return folder_.string(); }
+  std::string FileWith(const std::string& text, std::int64_t offset = 0) const {
+    const std::filesystem::path path = folder_ / "file.dcm";
+    std::ofstream(path, std::ios::binary).seekp(offset)
+        << text;  // what lies before takes no room on the disk
+    return path.string();
   }
 
  private:
   std::filesystem::path folder_;
 };
 
-TEST_F(FileTest, SeeksFromStartPositionAndEnd) {
-  const File file(OpenedFile(FileWith("0123456789")));
-  ASSERT_NE(file, nullptr);
-  EXPECT_EQ(TellFile(file.get()), 0);
-  EXPECT_TRUE(SeekFile(file.get(), 4, SEEK_SET));
-  EXPECT_TRUE(SeekFile(file.get(), 2, SEEK_CUR));
-  EXPECT_EQ(TellFile(file.get()), 6);
-  EXPECT_EQ(std::fgetc(file.get()), '6');
-  EXPECT_TRUE(SeekFile(file.get(), -1, SEEK_END));
-  EXPECT_EQ(std::fgetc(file.get()), '9');
+std::string TextAt(File& file, std::int64_t offset, std::size_t count) {
+  std::string text(count, '?');
+  text.resize(file.ReadAt(offset, {reinterpret_cast<std::uint8_t*>(text.data()), count}));
+  return text;
 }
 
-TEST_F(FileTest, StaysWhereItIsWhenASeekFails) {
-  const File file(OpenedFile(FileWith("0123456789")));
-  ASSERT_NE(file, nullptr);
-  ASSERT_TRUE(SeekFile(file.get(), 3, SEEK_SET));
-  EXPECT_FALSE(SeekFile(file.get(), -1, SEEK_SET));
-  EXPECT_EQ(TellFile(file.get()), 3);
+TEST_F(FileTest, ReadsAtAnyOffset) {
+  File file;
+  ASSERT_TRUE(file.Open(FileWith("0123456789")));
+  EXPECT_EQ(TextAt(file, 4, 3), "456");
+  EXPECT_EQ(TextAt(file, 0, 2), "01");
+  EXPECT_EQ(TextAt(file, 0, 0), "");
+  EXPECT_EQ(file.End(), 10);
+}
+
+TEST_F(FileTest, EndsAreNoFailures) {
+  File file;
+  ASSERT_TRUE(file.Open(FileWith("0123456789")));
+  EXPECT_EQ(TextAt(file, 8, 100), "89");
+  EXPECT_EQ(TextAt(file, 10, 1), "");
+  EXPECT_EQ(TextAt(file, 1000, 1), "");
+  EXPECT_EQ(file.LastFailure(), File::Failure::kNone);
+}
+
+TEST_F(FileTest, ReadingAtANegativeOffsetFails) {
+  File file;
+  ASSERT_TRUE(file.Open(FileWith("0123456789")));
+  EXPECT_EQ(TextAt(file, -1, 4), "");
+  EXPECT_EQ(file.LastFailure(), File::Failure::kOther);
+  EXPECT_EQ(TextAt(file, 0, 4), "0123") << "a failure does not outlive its read";
 }
 
 TEST_F(FileTest, ReachesBeyondFourGigabytes) {
   constexpr std::int64_t kFar = 5LL << 30;
-  const std::string name = FileWith("start");
-  {
-    const File writer(std::fopen(name.c_str(), "r+b"));
-    ASSERT_TRUE(SeekFile(writer.get(), kFar, SEEK_SET));  // what lies between takes no room on the disk
-    ASSERT_EQ(std::fputc('x', writer.get()), 'x');
-  }
-  const File file(OpenedFile(name));
-  ASSERT_NE(file, nullptr);
-  EXPECT_TRUE(SeekFile(file.get(), kFar, SEEK_SET));
-  EXPECT_EQ(std::fgetc(file.get()), 'x');
-  EXPECT_EQ(TellFile(file.get()), kFar + 1);
-  EXPECT_TRUE(SeekFile(file.get(), -kFar, SEEK_CUR));
-  EXPECT_EQ(TellFile(file.get()), 1);
+  File file;
+  ASSERT_TRUE(file.Open(FileWith("far", kFar)));
+  EXPECT_EQ(TextAt(file, kFar, 10), "far");
+  EXPECT_EQ(TextAt(file, kFar - 1, 2), std::string("\0f", 2));
+  EXPECT_EQ(file.End(), kFar + 3);
+}
+
+TEST_F(FileTest, DoesNotOpenWhatIsNotThere) {
+  File file;
+  EXPECT_FALSE(file.Open(Folder() + "/missing.dcm"));
+}
+
+TEST_F(FileTest, ADirectoryIsNotOpenedOrCannotBeRead) {
+  File file;
+  if (!file.Open(Folder())) return;  // as on Windows
+  EXPECT_EQ(TextAt(file, 0, 4), "");
+  EXPECT_EQ(file.LastFailure(), File::Failure::kDirectory);
+}
+
+TEST_F(FileTest, OpensAnotherFileInItsPlace) {
+  File file;
+  ASSERT_TRUE(file.Open(FileWith("first")));
+  TextAt(file, -1, 1);
+  ASSERT_TRUE(file.Open(FileWith("second")));
+  EXPECT_EQ(file.LastFailure(), File::Failure::kNone);
+  EXPECT_EQ(TextAt(file, 0, 10), "second");
 }
 
 }  // namespace
