@@ -7,15 +7,17 @@ namespace vessa {
 
 void CDocumentPath::SetTarget(std::vector<std::uint32_t> target) {
   target_ = std::move(target);
-  entries_.assign(target_.size(), 0);
   depth_ = 0;
   common_ = 0;
 }
 
 void CDocumentPath::Push(std::uint32_t entry) {
-  if (depth_ < target_.size()) {
-    entries_[depth_] = entry;
-    if (common_ == depth_ && entry == target_[depth_]) ++common_;
+  if (depth_ == common_ && depth_ < target_.size()) {
+    if (entry == target_[depth_]) {
+      ++common_;
+    } else {
+      differing_ = entry;
+    }
   }
   ++depth_;
 }
@@ -28,8 +30,10 @@ void CDocumentPath::Pop() {
 
 void CDocumentPath::CountItem() {
   const bool last_is_counter = depth_ != 0 && depth_ % 2 == 0;
-  if (!last_is_counter || depth_ > target_.size()) return;
-  const std::uint32_t counted = entries_[depth_ - 1] + 1;
+  if (!last_is_counter) return;
+  const std::size_t last = depth_ - 1;
+  if (last >= target_.size() || last > common_) return;  // whatever it counts, the relation stays
+  const std::uint32_t counted = (last < common_ ? target_[last] : differing_) + 1;
   Pop();
   Push(counted);
 }
@@ -40,7 +44,7 @@ PathRelation CDocumentPath::Relation() const {
   if (path_ends && target_ends) return PathRelation::kEqual;
   if (path_ends) return PathRelation::kLeads;
   if (target_ends) return PathRelation::kInside;
-  return entries_[common_] < target_[common_] ? PathRelation::kBefore : PathRelation::kPassed;
+  return differing_ < target_[common_] ? PathRelation::kBefore : PathRelation::kPassed;
 }
 
 }  // namespace vessa

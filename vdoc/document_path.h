@@ -18,8 +18,8 @@ enum class PathRelation {
 };
 
 /// The path to the element or item at hand (tag, item number, tag, ...), held against a target. Item numbers
-/// count from 1. The length of the common beginning is kept up to date and what lies deeper than the target
-/// is counted only: no step allocates, and the relation takes the same short time to tell at any depth.
+/// count from 1. Of the path only the length of its common beginning with the target, the entry behind that and
+/// its depth are kept: no step allocates, and the relation takes the same short time to tell at any depth.
 class CDocumentPath {
  public:
   /// Takes the target and empties the path.
@@ -39,9 +39,9 @@ class CDocumentPath {
   void Push(std::uint32_t entry);
 
   std::vector<std::uint32_t> target_;
-  std::vector<std::uint32_t> entries_;  // as long as the target; the first `depth_` of them are the path's
-  std::size_t depth_ = 0;               // entries of the path
-  std::size_t common_ = 0;              // entries at the beginning that path and target share
+  std::size_t depth_ = 0;        // entries of the path
+  std::size_t common_ = 0;       // entries at the beginning that path and target share
+  std::uint32_t differing_ = 0;  // the path's entry behind those, if both go on
 };
 
 }  // namespace vessa
