@@ -41,9 +41,9 @@ class CVessaBinaryInputStream final : public CVessaBinaryOrefInputStream {
  private:
   std::size_t Available() const { return static_cast<std::size_t>(behind_ - next_); }
   Status Transfer(std::uint64_t count, std::uint8_t* destination);
-  Status Fill(std::uint64_t unwanted = 0);
+  std::size_t Fill(std::uint64_t unwanted = 0);
   void SkipHandedOut();
-  void FetchLookAhead(std::uint64_t unwanted);
+  std::size_t FetchLookAhead(std::uint64_t unwanted);
 
   bool at_end_ = false;  // the host had no more bytes
   std::int64_t look_ahead_position_ =
