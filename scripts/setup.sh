@@ -51,6 +51,6 @@ if [ "$(id -u)" != 0 ]; then
   as_root='sudo'
 fi
 echo "setup: installing$missing" >&2
-$as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq update
+$as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=600 update
 # shellcheck disable=SC2086  # a list of words
-$as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq install --yes --no-install-recommends $missing >&2
+$as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=600 install --yes --no-install-recommends $missing >&2
