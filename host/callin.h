@@ -26,7 +26,8 @@ inline void InvokeMethod(int arguments) { RaiseCallin(Services().invoke_method(a
 
 /// PushMethod, PushArguments, InvokeMethod. The result, where one is wanted, is left to be fetched.
 template <ArgumentFormat kFormat, class... Values>
-inline void CallMethod(std::uint32_t oref, std::string_view name, ResultWanted wanted, const Values&... values) {
+inline void CallMethod(std::uint32_t oref, std::string_view name, ResultWanted wanted,
+                       const Values&... values) {
   PushMethod(oref, name, wanted);
   InvokeMethod(PushArguments<kFormat>(values...));
 }

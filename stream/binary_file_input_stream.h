@@ -41,7 +41,7 @@ class CVessaBinaryFileInputStream final : public CVessaInputStream {
  private:
   static constexpr std::size_t kWindowBytes = 8192;
   static constexpr std::size_t kFirstBytes = 4096;  // most attributes that are asked for stand in them
-  static constexpr std::int64_t kNoOffset = -1;  // in what has no positions: reading fails there
+  static constexpr std::int64_t kNoOffset = -1;     // in what has no positions: reading fails there
 
   std::int64_t Offset() const { return window_offset_ + (next_ - window_.data()); }
   std::size_t Available() const { return AtHand().size(); }
