@@ -3,15 +3,12 @@
 #include <charconv>
 #include <limits>
 
+#include "emulator/hex_text.h"
+
 namespace emulator {
 namespace {
 
 constexpr std::size_t kQuotedUnits = 64;
-constexpr std::string_view kDigits = "0123456789ABCDEF";
-
-void AppendHex(unsigned int value, int digits, std::string& line) {
-  for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4) line += kDigits[(value >> shift) & 0xFU];
-}
 
 void AppendUnit(unsigned int unit, std::string& line) {
   if (unit == '"' || unit == '\\') {

@@ -4,10 +4,12 @@
 #include <array>
 #include <charconv>
 
+#include "emulator/hex_text.h"
+
 namespace emulator {
 namespace {
 
-constexpr std::string_view kHexDigits = "0123456789ABCDEF";
+constexpr std::size_t kTagDigits = 8;
 
 /// How an argument of an event is written.
 enum class Form { kTag, kNumber, kText, kHex };
@@ -34,25 +36,9 @@ const Event* FindEvent(std::string_view name) {
   return found == events.end() ? nullptr : &*found;
 }
 
-void AppendTag(std::int64_t tag, std::string& line) {
-  for (int shift = 28; shift >= 0; shift -= 4)
-    line += kHexDigits[static_cast<std::uint64_t>(tag) >> shift & 0xFU];
-}
-
 void AppendNumber(std::int64_t number, std::string& line) {
   std::array<char, 24> digits{};
   line.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
-}
-
-void AppendHex(std::string_view bytes, std::string& line) {
-  const std::size_t start = line.size();
-  line.resize(start + 2 * bytes.size());
-  char* out = line.data() + start;
-  for (const char byte : bytes) {
-    const auto value = static_cast<unsigned char>(byte);
-    *out++ = kHexDigits[value >> 4U];
-    *out++ = kHexDigits[value & 0xFU];
-  }
 }
 
 void AppendText(Form form, const Value& argument, std::string& line) {
@@ -78,7 +64,7 @@ std::string LineOf(const Event& event, std::span<const Value> arguments) {
     line += ' ';
     switch (event.forms[i]) {
       case Form::kTag:
-        AppendTag(AsInteger(arguments[i]), line);
+        AppendHex(static_cast<std::uint32_t>(AsInteger(arguments[i])), kTagDigits, line);
         break;
       case Form::kNumber:
         AppendNumber(AsInteger(arguments[i]), line);

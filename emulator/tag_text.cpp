@@ -2,6 +2,8 @@
 
 #include <charconv>
 
+#include "emulator/hex_text.h"
+
 namespace emulator {
 namespace {
 
@@ -24,12 +26,7 @@ std::string DisplayTag(std::uint32_t tag) {
   return "(" + digits.substr(0, kGroupDigits) + "," + digits.substr(kGroupDigits) + ")";
 }
 
-std::string PlainTag(std::uint32_t tag) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string digits(kTagDigits, '0');
-  for (std::size_t at = kTagDigits; at-- > 0; tag >>= 4U) digits[at] = kDigits[tag & 0xFU];
-  return digits;
-}
+std::string PlainTag(std::uint32_t tag) { return HexText(tag, kTagDigits); }
 
 std::optional<std::uint32_t> ParseTag(std::string_view text) {
   const std::string digits = WithoutPunctuation(text);

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "emulator/hex_text.h"
 #include "emulator/vessa/base64.h"
 #include "emulator/vessa/json_value.h"
 #include "emulator/vessa/printable_text.h"

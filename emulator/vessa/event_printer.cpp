@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "emulator/hex_text.h"
 #include "emulator/vessa/printable_text.h"
 #include "emulator/vessa/tag_text.h"
 #include "emulator/vessa/value_preview.h"

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "emulator/hex_text.h"
 #include "emulator/vessa/numbers.h"
 #include "emulator/vessa/printable_text.h"
 #include "emulator/vessa/tag_text.h"
@@ -43,17 +44,6 @@ std::string BytesText(std::string_view bytes, bool is_whole) {
 }
 
 }  // namespace
-
-std::string HexText(std::string_view bytes) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string text;
-  text.reserve(2 * bytes.size());
-  for (const char byte : bytes) {
-    text.push_back(kDigits[static_cast<std::uint8_t>(byte) >> 4U]);
-    text.push_back(kDigits[static_cast<std::uint8_t>(byte) & 0x0FU]);
-  }
-  return text;
-}
 
 std::string PreviewOf(const Preview& preview, std::string_view start, bool is_whole) {
   const ValueRepresentation& vr = FindValueRepresentation(preview.vr);

@@ -25,7 +25,4 @@ struct Preview {
 /// hexadecimal; of those, and of numbers where there are columns, the first ones. `start` is the whole value or its first bytes; `is_whole` tells which.
 std::string PreviewOf(const Preview& preview, std::string_view start, bool is_whole);
 
-/// Bytes in hexadecimal, upper case, no blanks.
-std::string HexText(std::string_view bytes);
-
 }  // namespace emulator::tool

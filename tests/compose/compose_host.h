@@ -11,6 +11,7 @@
 #include "compose/global_content_source.h"
 #include "compose/stream_composer.h"
 #include "dicom/dictionary.h"
+#include "emulator/hex_text.h"
 #include "emulator/host.h"
 #include "emulator/stream_object.h"
 #include "host/callin.h"
@@ -98,13 +99,4 @@ class ComposeHost : private OwnHost, public StoredDataSet {
 using dicom_bytes::Hex;
 
 /// Bytes as hexadecimal digits, for failure reports.
-inline std::string Digits(std::string_view bytes) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string digits;
-  for (const char byte : bytes) {
-    const auto value = static_cast<unsigned char>(byte);
-    digits += kDigits[value >> 4];
-    digits += kDigits[value & 0xF];
-  }
-  return digits;
-}
+inline std::string Digits(std::string_view bytes) { return emulator::HexText(bytes); }

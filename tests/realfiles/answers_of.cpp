@@ -16,11 +16,11 @@
 #include <string>
 #include <vector>
 
+#include "emulator/hex_text.h"
 #include "emulator/host.h"
 #include "emulator/library.h"
 #include "emulator/list.h"
 #include "emulator/stream_object.h"
-#include "tests/realfiles/hex_text.h"
 
 namespace {
 
@@ -57,7 +57,8 @@ std::string Text(const ListResult& result, const std::string& long_value = {}) {
   // The list holds the first chunk of a long value. Of fragments it holds the first one, whatever goes to the stream.
   const std::string value = emulator::AsBytes(result.values.at(1).value);
   const bool is_cut = !value.empty() && long_value.size() > value.size() && long_value.starts_with(value);
-  return "0 " + emulator::AsBytes(result.values.at(0).value) + " " + HexText(is_cut ? long_value : value);
+  return "0 " + emulator::AsBytes(result.values.at(0).value) + " " +
+         emulator::HexText(is_cut ? long_value : value);
 }
 
 std::uint32_t AddFile(emulator::Host& host, const Question& question) {

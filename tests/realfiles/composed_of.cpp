@@ -16,11 +16,11 @@
 #include <string>
 #include <vector>
 
+#include "emulator/hex_text.h"
 #include "emulator/host.h"
 #include "emulator/library.h"
 #include "emulator/list.h"
 #include "emulator/stream_object.h"
-#include "tests/realfiles/hex_text.h"
 #include "tests/support/dicom_bytes.h"
 
 namespace {
@@ -61,7 +61,7 @@ class StoredOne {
                                                                                 .String(fields.at(2))
                                                                                 .Integer(pixels_oref_));
     if (result.status != 0) return "1 " + std::string(result.message.begin(), result.message.end());
-    return "0 " + HexText(output->Bytes());
+    return "0 " + emulator::HexText(output->Bytes());
   }
 
  private:

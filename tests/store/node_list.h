@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "emulator/globals.h"
+#include "emulator/hex_text.h"
 
 namespace emulator {
 
@@ -11,14 +12,13 @@ namespace emulator {
 /// character as \xHH.
 inline std::vector<std::string> NodeList(const Globals& globals, const std::string& name) {
   const auto printable = [](const std::string& bytes) {
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
     std::string text;
     for (const char byte : bytes) {
       const auto code = static_cast<unsigned char>(byte);
       if (code >= 0x20 && code < 0x7F) {
         text += byte;
       } else {
-        text += {'\\', 'x', kDigits[code >> 4U], kDigits[code & 0xFU]};
+        text += "\\x" + HexText(code, 2);
       }
     }
     return text;

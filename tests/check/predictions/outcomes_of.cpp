@@ -12,6 +12,7 @@
 // A call that is predicted not to return is not made, and the second line is "skipped", unless --spin is given: then
 // "calling" is printed in front of it.
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <fstream>
@@ -27,6 +28,7 @@
 #include "emulator/check/file_check.h"
 #include "emulator/client.h"
 #include "emulator/content_events.h"
+#include "emulator/hex_text.h"
 #include "emulator/host.h"
 #include "emulator/library.h"
 #include "emulator/list.h"
@@ -80,17 +82,11 @@ class Handler : public emulator::Object {
   OpenElements elements;
 };
 
-std::string Hex(std::uint32_t value, int digits) {
-  std::string text;
-  for (int digit = digits - 1; digit >= 0; --digit) text += "0123456789ABCDEF"[value >> (4 * digit) & 0xFU];
-  return text;
-}
-
 template <class Text>
-std::string HexOf(const Text& text, int digits) {
+std::string HexOf(const Text& text, std::size_t digits) {
   std::string hex;
   for (const auto unit : text)
-    hex += Hex(static_cast<std::make_unsigned_t<typename Text::value_type>>(unit), digits);
+    emulator::AppendHex(static_cast<std::make_unsigned_t<typename Text::value_type>>(unit), digits, hex);
   return hex;
 }
 
