@@ -56,7 +56,7 @@ class QueryCommand : public Command {
   ExitCode RunFile(Session& session, FileTask& task) override {
     const DicomFile file = file_.Open(task.path);
     for (const std::string& reference : references_.References()) {
-      const std::optional<ElementAnswer> answer = Ask(session, file, reference);
+      const std::optional<ElementAnswer> answer = AskOrAdvise(session, file, reference);
       if (answer) {
         Print(session, {file, reference, task.is_named}, *answer);
       } else if (is_required_) {
@@ -67,6 +67,20 @@ class QueryCommand : public Command {
   }
 
  private:
+  /// The library says what is missing; how to pass it is the tool's to say.
+  std::optional<ElementAnswer> AskOrAdvise(Session& session, const DicomFile& file,
+                                           const std::string& reference) {
+    try {
+      return Ask(session, file, reference);
+    } catch (const LibraryFailure& failure) {
+      const std::string message = failure.what();
+      if (message.find("Data is too long to be returned") == std::string::npos) throw;
+      throw LibraryFailure(
+          message + (out_path_.empty() ? "\n  with --out FILE a value of any length is written to a file"
+                                       : "\n  vessa convert --syntax explicit makes a file that allows it"));
+    }
+  }
+
   std::optional<ElementAnswer> Ask(Session& session, const DicomFile& file, const std::string& reference) {
     const ElementQuery query{PropertyListOf(session, ReferenceKind::kElement, reference),
                              sequence_may_answer_};

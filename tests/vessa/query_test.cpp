@@ -88,10 +88,19 @@ TEST(Query, WritesALongValueWholeToAFile) {
   const ToolRun cut = RunTool({"query", "--syntax", "explicit", file, "PixelData"});
   EXPECT_EQ(cut.exit_code, 1);
   EXPECT_THAT(cut.errors, HasSubstr("Data is too long to be returned"));
+  EXPECT_THAT(cut.errors, HasSubstr("with --out FILE a value of any length"));
   const std::string out = PathOf("pixels.raw");
   const ToolRun run = RunTool({"query", "--syntax", "explicit", "--out", out, file, "PixelData"});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   EXPECT_EQ(ReadAll(out), pixels);
+}
+
+TEST(Query, SaysWhatHelpsWhereALongValueCannotBeWritten) {
+  const std::string data_set = kImplicit.Element(0x7FE00010, "OW", std::string(100000, 'x'));
+  const std::string file = MakeFile("implicit-pixels", DicomFile("1.2.840.10008.1.2", data_set));
+  const ToolRun run = RunTool({"query", "--out", PathOf("implicit-pixels.raw"), file, "PixelData"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.errors, HasSubstr("vessa convert --syntax explicit"));
 }
 
 TEST(Query, LetsASequenceAnswerWhenAsked) {
