@@ -1,8 +1,6 @@
 #pragma once
 
-#include <chrono>
-#include <new>
-
+#include "emulator/callable_ref.h"
 #include "emulator/host.h"
 #include "emulator/machine.h"
 #include "emulator/turn.h"
@@ -22,12 +20,14 @@ class CallbackGate {
     const Turn turn(Turn::Of::kHost);
     ++host->callback_count_;
     try {
-      if (!IsWatched()) return Answer(*host, operation, work);
-      return Watched(*host, operation, work, describe);
-    } catch (const std::bad_alloc&) {
-      return kOutOfStore;
+      if (IsWatched() || !host->faults_.Empty()) [[unlikely]] {
+        return PassWithCare(*host, operation, CallableRef<Machine>(work), CallableRef<Callback>(describe));
+      }
+      host->machine_->Scribble();
+      work(*host->machine_);
+      return 0;
     } catch (...) {
-      return kFailure;
+      return Refuse(*host);
     }
   }
 
@@ -43,49 +43,13 @@ class CallbackGate {
   }
 
  private:
-  template <class Work>
-  static int Answer(Host& host, Operation operation, const Work& work) {
-    host.machine_->Scribble();
-    const int status = StatusOf(host, operation, work);
-    if (status != 0) host.machine_->Stack().NoteFailure();
-    return status;
-  }
-
-  template <class Work>
-  static int StatusOf(Host& host, Operation operation, const Work& work) {
-    try {
-      if (const int planned = PlannedStatus(host, operation); planned != 0) return planned;
-      work(*host.machine_);
-      return 0;
-    } catch (const HostError& error) {
-      return error.code == 0 ? kFailure : error.code;
-    } catch (const std::bad_alloc&) {
-      return kOutOfStore;
-    } catch (...) {
-      return kFailure;
-    }
-  }
-
-  static int PlannedStatus(Host& host, Operation operation) {
-    if (host.faults_.Empty()) return 0;
-    return host.faults_.StatusFor(operation, host.machine_->MethodBegun());
-  }
-
-  template <class Work, class Describe>
-  static int Watched(Host& host, Operation operation, const Work& work, const Describe& describe) {
-    const std::size_t line = host.calls_.size();
-    const bool recording = host.recording_;
-    if (recording) host.calls_.emplace_back();  // its place, before those of callbacks made inside it
-    Callback callback;
-    callback.operation = operation;
-    const auto start = std::chrono::steady_clock::now();
-    callback.status = Answer(host, operation, work);
-    callback.took = std::chrono::steady_clock::now() - start;
-    describe(callback);
-    if (recording && line < host.calls_.size()) host.calls_[line] = CallbackLine(callback);
-    if (host.observer_) host.observer_(callback);
-    return callback.status;
-  }
+  /// When somebody watches, or a fault is planned.
+  static int PassWithCare(Host& host, Operation operation, CallableRef<Machine> work,
+                          CallableRef<Callback> describe) noexcept;
+  static int Watched(Host& host, Operation operation, CallableRef<Machine> work,
+                     CallableRef<Callback> describe);
+  static int Answer(Host& host, Operation operation, CallableRef<Machine> work) noexcept;
+  static int Refuse(Host& host) noexcept;
 };
 
 }  // namespace emulator

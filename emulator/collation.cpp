@@ -1,9 +1,8 @@
 #include "emulator/collation.h"
 
 #include <algorithm>
-#include <cstdint>
-
-#include "emulator/host_error.h"
+#include <charconv>
+#include <optional>
 
 namespace emulator {
 namespace {
@@ -24,6 +23,7 @@ constexpr char kText = 5;
 
 constexpr int kExponentBias = 0x8000;
 constexpr std::size_t kExponentBytes = 2;
+constexpr std::size_t kDigitsAt = 1 + kExponentBytes;
 constexpr char kDigitsEnd = 0;
 constexpr char kTextEscape = 0;
 constexpr char kEscapedZero = '\xFF';
@@ -33,51 +33,79 @@ char Complement(char byte) {
   return static_cast<char>(static_cast<unsigned char>(~static_cast<unsigned char>(byte)));
 }
 
-bool AllDigits(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+/// A canonical number taken apart; zero has no digits.
+struct Number {
+  bool is_negative = false;
+  std::string_view whole;
+  std::string_view fraction;
+};
+
+/// Digits at the start of the text.
+std::size_t DigitsIn(std::string_view text) {
+  std::size_t at = 0;
+  while (at < text.size() && text[at] >= '0' && text[at] <= '9') ++at;
+  return at;
 }
 
-void AppendText(std::string_view text, std::string& key) {
-  key += kText;
-  for (std::size_t zero = text.find(kTextEscape); zero != std::string_view::npos;
-       zero = text.find(kTextEscape)) {
-    key += text.substr(0, zero + 1);
-    key += kEscapedZero;
-    text.remove_prefix(zero + 1);
-  }
-  key += text;
-  key += kTextEscape;
-  key += kTextEnd;
+/// Nothing for a text that is no canonical number.
+std::optional<Number> AsNumber(std::string_view text) {
+  if (text.empty() || text.front() > '9' || text.size() > kMaxNumberLength) return std::nullopt;
+  if (text == "0") return Number{};
+  Number number;
+  number.is_negative = text.front() == '-';
+  if (number.is_negative) text.remove_prefix(1);
+  if (text.empty() || text.front() == '0') return std::nullopt;
+  number.whole = text.substr(0, DigitsIn(text));
+  if (number.whole.size() == text.size()) return number;
+  if (text[number.whole.size()] != '.') return std::nullopt;
+  number.fraction = text.substr(number.whole.size() + 1);
+  if (number.fraction.empty() || number.fraction.back() == '0') return std::nullopt;
+  return DigitsIn(number.fraction) == number.fraction.size() ? std::optional(number) : std::nullopt;
 }
 
-/// `text` is a canonical number above zero.
-void AppendPositive(std::string_view text, std::string& key) {
-  const std::size_t point = text.find('.');
-  const std::string_view whole = text.substr(0, point);
-  std::string_view fraction = point == std::string_view::npos ? std::string_view() : text.substr(point + 1);
-  int exponent = static_cast<int>(whole.size());
-  if (whole.empty()) {
+/// What stands before the digits.
+void WriteExponent(int exponent, char* out) {
+  const auto biased = static_cast<unsigned int>(exponent + kExponentBias);
+  out[0] = kPositive;
+  out[1] = static_cast<char>(static_cast<unsigned char>(biased >> 8U));
+  out[2] = static_cast<char>(static_cast<unsigned char>(biased & 0xFFU));
+}
+
+/// Of digits of which the first is no zero; the last ones are cut off.
+char* EndDigits(char* end) {
+  while (end[-1] == '0') --end;
+  *end++ = kDigitsEnd;
+  return end;
+}
+
+/// The sign does not count.
+char* WritePositive(const Number& number, char* out) {
+  std::string_view fraction = number.fraction;
+  int exponent = static_cast<int>(number.whole.size());
+  if (number.whole.empty()) {
     const std::size_t zeros = fraction.find_first_not_of('0');
     exponent = -static_cast<int>(zeros);
     fraction.remove_prefix(zeros);
   }
-  const auto biased = static_cast<unsigned int>(exponent + kExponentBias);
-  key += kPositive;
-  key += static_cast<char>(static_cast<unsigned char>(biased >> 8U));
-  key += static_cast<char>(static_cast<unsigned char>(biased & 0xFFU));
-  const std::size_t digits = key.size();
-  key += whole;
-  key += fraction;
-  key.erase(std::max(key.find_last_not_of('0') + 1, digits));
-  key += kDigitsEnd;
+  WriteExponent(exponent, out);
+  out = std::copy(number.whole.begin(), number.whole.end(), out + kDigitsAt);
+  return EndDigits(std::copy(fraction.begin(), fraction.end(), out));
 }
 
-void AppendNegative(std::string_view magnitude, std::string& key) {
-  const std::size_t start = key.size();
-  AppendPositive(magnitude, key);
-  key[start] = kNegative;
-  std::transform(key.begin() + static_cast<std::ptrdiff_t>(start) + 1, key.end(),
-                 key.begin() + static_cast<std::ptrdiff_t>(start) + 1, Complement);
+char* WriteNumber(const Number& number, char* out) {
+  char* const end = WritePositive(number, out);
+  if (!number.is_negative) return end;
+  *out = kNegative;
+  return std::transform(out + 1, end, out + 1, Complement);
+}
+
+/// Appends what `write` writes to the place that it is given, at most `most` bytes.
+template <class Write>
+void AppendWritten(std::string& key, std::size_t most, const Write& write) {
+  const std::size_t size = key.size();
+  key.resize(size + most);
+  const char* const end = write(key.data() + size);
+  key.resize(static_cast<std::size_t>(end - key.data()));
 }
 
 std::size_t TextLength(std::string_view key) {
@@ -86,57 +114,66 @@ std::size_t TextLength(std::string_view key) {
   return at + 2;
 }
 
-std::string TextOf(std::string_view bytes) {
-  std::string text;
+void AppendUnescaped(std::string_view bytes, std::string& text) {
   for (std::size_t at = 0; at < bytes.size(); ++at) {
     text += bytes[at];
     if (bytes[at] == kTextEscape) ++at;
   }
-  return text;
 }
 
 /// The number above zero whose exponent and digits, without the end byte, these are.
-std::string NumberOf(std::string_view bytes) {
+void AppendNumber(std::string_view bytes, std::string& text) {
   const auto high = static_cast<unsigned char>(bytes[0]);
   const auto low = static_cast<unsigned char>(bytes[1]);
   const int exponent = high * 0x100 + low - kExponentBias;
-  std::string text(bytes.substr(kExponentBytes));
-  if (exponent <= 0) return "." + std::string(static_cast<std::size_t>(-exponent), '0') + text;
-  const auto whole = static_cast<std::size_t>(exponent);
-  if (whole >= text.size()) {
-    text.append(whole - text.size(), '0');
-  } else {
-    text.insert(whole, 1, '.');
+  const std::string_view digits = bytes.substr(kExponentBytes);
+  if (exponent <= 0) {
+    text += '.';
+    text.append(static_cast<std::size_t>(-exponent), '0').append(digits);
+    return;
   }
-  return text;
+  const auto whole = static_cast<std::size_t>(exponent);
+  text.append(digits.substr(0, whole));
+  if (whole >= digits.size()) {
+    text.append(whole - digits.size(), '0');
+  } else {
+    text.append(1, '.').append(digits.substr(whole));
+  }
 }
 
 }  // namespace
 
-bool IsCanonicalNumber(std::string_view text) {
-  if (text.empty() || text.front() > '9' || text.size() > kMaxNumberLength) return false;
-  if (text == "0") return true;
-  if (text.front() == '-') text.remove_prefix(1);
-  if (text.empty() || text.front() == '0') return false;
-  const std::size_t point = text.find('.');
-  if (point == std::string_view::npos) return AllDigits(text);
-  const std::string_view fraction = text.substr(point + 1);
-  return AllDigits(text.substr(0, point)) && AllDigits(fraction) && !fraction.empty() &&
-         fraction.back() != '0';
+bool IsCanonicalNumber(std::string_view text) { return AsNumber(text).has_value(); }
+
+char* WriteText(std::string_view text, char* out) {
+  *out++ = kText;
+  for (const char byte : text) {
+    *out++ = byte;
+    if (byte == kTextEscape) *out++ = kEscapedZero;
+  }
+  *out++ = kTextEscape;
+  *out++ = kTextEnd;
+  return out;
+}
+
+char* WriteNumberOrText(std::string_view text, char* out) {
+  const std::optional<Number> number = AsNumber(text);
+  if (number && text != "0") return WriteNumber(*number, out);
+  if (!number && !text.empty()) return WriteText(text, out);
+  *out = number ? kZero : kEmpty;
+  return out + 1;
+}
+
+char* WriteSubscript(std::int64_t number, char* out) {
+  if (number <= 0) return WriteSubscript(std::string_view(std::to_string(number)), out);
+  char* const digits = out + kDigitsAt;
+  char* const end = std::to_chars(digits, digits + kMostIntegerDigits, number).ptr;
+  WriteExponent(static_cast<int>(end - digits), out);
+  return EndDigits(end);
 }
 
 void AppendSubscript(std::string_view text, std::string& key) {
-  if (text.empty()) {
-    key += kEmpty;
-  } else if (!IsCanonicalNumber(text)) {
-    AppendText(text, key);
-  } else if (text == "0") {
-    key += kZero;
-  } else if (text.front() == '-') {
-    AppendNegative(text.substr(1), key);
-  } else {
-    AppendPositive(text, key);
-  }
+  AppendWritten(key, MostKeyBytes(text.size()), [text](char* out) { return WriteSubscript(text, out); });
 }
 
 void AppendSubscript(const Value& subscript, std::string& key) {
@@ -153,9 +190,9 @@ bool IsEmptySubscript(std::string_view key) { return key.front() == kEmpty; }
 std::size_t SubscriptLength(std::string_view key) {
   switch (key.front()) {
     case kNegative:
-      return key.find(Complement(kDigitsEnd), 1 + kExponentBytes) + 1;
+      return key.find(Complement(kDigitsEnd), kDigitsAt) + 1;
     case kPositive:
-      return key.find(kDigitsEnd, 1 + kExponentBytes) + 1;
+      return key.find(kDigitsEnd, kDigitsAt) + 1;
     case kText:
       return TextLength(key);
     default:
@@ -163,30 +200,38 @@ std::size_t SubscriptLength(std::string_view key) {
   }
 }
 
-std::string SubscriptText(std::string_view key) {
-  const std::size_t length = SubscriptLength(key);
-  switch (key.front()) {
+void AssignSubscriptText(std::string_view subscript, std::string& text) {
+  text.clear();
+  switch (subscript.front()) {
     case kEmpty:
-      return "";
+      return;
     case kZero:
-      return "0";
+      text = "0";
+      return;
     case kPositive:
-      return NumberOf(key.substr(1, length - 2));
+      AppendNumber(subscript.substr(1, subscript.size() - 2), text);
+      return;
     case kNegative: {
-      std::string bytes(key.substr(1, length - 2));
+      std::string bytes(subscript.substr(1, subscript.size() - 2));
       std::transform(bytes.begin(), bytes.end(), bytes.begin(), Complement);
-      return "-" + NumberOf(bytes);
+      text = '-';
+      AppendNumber(bytes, text);
+      return;
     }
     default:
-      return TextOf(key.substr(1, length - 3));
+      AppendUnescaped(subscript.substr(1, subscript.size() - 3), text);
   }
 }
 
-void AppendGlobal(std::string_view name, std::string& key) { AppendText(name, key); }
+std::string SubscriptText(std::string_view key) {
+  std::string text;
+  AssignSubscriptText(key.substr(0, SubscriptLength(key)), text);
+  return text;
+}
 
 std::string GlobalKey(std::string_view name) {
   std::string key;
-  AppendGlobal(name, key);
+  AppendWritten(key, MostKeyBytes(name.size()), [name](char* out) { return WriteText(name, out); });
   return key;
 }
 

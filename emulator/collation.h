@@ -8,6 +8,7 @@
 // bytes are the beginning of another's, so the nodes below a node are those whose keys begin with its key.
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -22,10 +23,29 @@ inline constexpr std::size_t kMaxNumberLength = 1024;
 /// "1.0", "-0".
 bool IsCanonicalNumber(std::string_view text);
 
+/// Most bytes that a text of that length takes in a key.
+constexpr std::size_t MostKeyBytes(std::size_t text_length) { return 2 * text_length + 4; }
+
+/// Most characters of an integer's text.
+inline constexpr std::size_t kMostIntegerDigits = 20;
+
+// Both write the key bytes of one subscript to where MostKeyBytes of its text are free.
+// @return  behind the last byte
+inline char* WriteSubscript(std::string_view text, char* out);
+char* WriteSubscript(std::int64_t number, char* out);
+
+// What they are made of: a text that is no number, and a text that may be one.
+char* WriteText(std::string_view text, char* out);
+char* WriteNumberOrText(std::string_view text, char* out);
+
+inline char* WriteSubscript(std::string_view text, char* out) {
+  return !text.empty() && text.front() > '9' ? WriteText(text, out) : WriteNumberOrText(text, out);
+}
+
 /// Appends the key bytes of one subscript.
 void AppendSubscript(std::string_view text, std::string& key);
 
-/// The same for a subscript as it was pushed; numbers in their canonical form.
+/// The same for a value; numbers in their canonical form.
 /// @throws HostError  as AsBytes
 void AppendSubscript(const Value& subscript, std::string& key);
 
@@ -38,10 +58,10 @@ std::size_t SubscriptLength(std::string_view key);
 /// The text of the subscript whose key bytes stand at the start of `key`.
 std::string SubscriptText(std::string_view key);
 
-/// Appends the key of a global as a whole, without subscripts.
-void AppendGlobal(std::string_view name, std::string& key);
+/// The text of the subscript that has exactly these key bytes, into `text`, whose storage is used again.
+void AssignSubscriptText(std::string_view subscript, std::string& text);
 
-/// The same by itself.
+/// The key of a global as a whole, without subscripts.
 std::string GlobalKey(std::string_view name);
 
 /// A byte that sorts behind whatever can follow a key: key + kBehindDescendants comes after all nodes below

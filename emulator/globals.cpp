@@ -6,32 +6,15 @@
 namespace emulator {
 namespace {
 
-// A kept value: its kind, then its bytes; 16-bit units little endian.
-constexpr char kBytes = 'b';
-constexpr char kWide = 'w';
-
 std::string Kept(const Value& value) {
   const auto* wide = std::get_if<std::u16string>(&value);
-  if (wide == nullptr) return kBytes + AsBytes(value);
-  std::string bytes(1, kWide);
+  if (wide == nullptr) return KeptValue::kBytes + AsBytes(value);
+  std::string bytes(1, KeptValue::kWide);
   for (const char16_t unit : *wide) {
     bytes += static_cast<char>(static_cast<unsigned char>(unit & 0xFFU));
     bytes += static_cast<char>(static_cast<unsigned char>(unit >> 8U));
   }
   return bytes;
-}
-
-Value Restored(std::string_view kept) {
-  const std::string_view bytes = kept.substr(1);
-  if (kept.front() == kBytes) return std::string(bytes);
-  std::u16string text;
-  text.reserve(bytes.size() / 2);
-  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
-    const auto low = static_cast<unsigned char>(bytes[at]);
-    const auto high = static_cast<unsigned char>(bytes[at + 1]);
-    text += static_cast<char16_t>(low | high << 8U);
-  }
-  return text;
 }
 
 std::string NodeKey(std::string_view name, Subscripts subscripts) {
@@ -54,6 +37,19 @@ GlobalNode NodeOf(std::string_view key) {
 
 }  // namespace
 
+Value KeptValue::Restored() const {
+  const std::string_view bytes = kept_.substr(1);
+  if (!IsWide()) return std::string(bytes);
+  std::u16string text;
+  text.reserve(bytes.size() / 2);
+  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+    const auto low = static_cast<unsigned char>(bytes[at]);
+    const auto high = static_cast<unsigned char>(bytes[at + 1]);
+    text += static_cast<char16_t>(low | high << 8U);
+  }
+  return text;
+}
+
 void Globals::Set(std::string_view name, const std::vector<Value>& subscripts, const Value& value) {
   for (const Value& subscript : subscripts) {
     if (AsBytes(subscript).empty()) throw HostError{kInvalidSubscript};
@@ -62,7 +58,8 @@ void Globals::Set(std::string_view name, const std::vector<Value>& subscripts, c
 }
 
 std::optional<Value> Globals::Get(std::string_view name, const std::vector<Value>& subscripts) const {
-  return GetKey(NodeKey(name, subscripts));
+  const auto kept = GetKey(NodeKey(name, subscripts));
+  return kept ? std::optional(kept->Restored()) : std::nullopt;
 }
 
 int Globals::Defined(std::string_view name, const std::vector<Value>& subscripts) const {
@@ -72,9 +69,14 @@ int Globals::Defined(std::string_view name, const std::vector<Value>& subscripts
 NextSubscript Globals::Order(std::string_view name, const std::vector<Value>& subscripts,
                              int direction) const {
   if (subscripts.empty()) throw HostError{kInvalidArgument};
-  std::string last;
-  AppendSubscript(subscripts.back(), last);
-  return OrderKey(NodeKey(name, Subscripts(subscripts).first(subscripts.size() - 1)), last, direction);
+  std::string key = NodeKey(name, Subscripts(subscripts).first(subscripts.size() - 1));
+  const std::size_t level = key.size();
+  AppendSubscript(subscripts.back(), key);
+  const KeptNeighbour kept = OrderKey(key, level, direction);
+  NextSubscript next;
+  if (!kept.subscript.empty()) next.subscript = SubscriptText(kept.subscript);
+  if (kept.value) next.value = kept.value->Restored();
+  return next;
 }
 
 void Globals::Kill(std::string_view name, const std::vector<Value>& subscripts) {
@@ -90,19 +92,18 @@ void Globals::Visit(std::string_view name, const std::vector<Value>& subscripts,
        entry = FirstNotBefore(from)) {
     from.assign(entry->key);
     from += '\0';  // the least key behind this one
-    if (!visit(NodeOf(entry->key), Restored(entry->value))) return;
+    if (!visit(NodeOf(entry->key), KeptValue(entry->value).Restored())) return;
   }
 }
 
 void Globals::SetKey(std::string_view key, std::string_view bytes) {
-  std::string kept(1, kBytes);
+  std::string kept(1, KeptValue::kBytes);
   Put(key, kept += bytes);
 }
 
-std::optional<Value> Globals::GetKey(std::string_view key) const {
+std::optional<KeptValue> Globals::GetKey(std::string_view key) const {
   const auto entry = Find(key);
-  if (!entry) return std::nullopt;
-  return Restored(entry->value);
+  return entry ? std::optional(KeptValue(entry->value)) : std::nullopt;
 }
 
 int Globals::DefinedKey(std::string_view key) const {
@@ -113,30 +114,21 @@ int Globals::DefinedKey(std::string_view key) const {
   return (has_value ? 1 : 0) + (has_nodes_below ? 10 : 0);
 }
 
-NextSubscript Globals::OrderKey(std::string_view level, std::string_view subscript, int direction) const {
-  std::string from(level);
-  if (direction > 0) {
-    from += subscript;
-    from += kBehindDescendants;
-    return Neighbour(FirstNotBefore(from), level);
-  }
-  if (IsEmptySubscript(subscript)) {
-    from += kBehindDescendants;
-  } else {
-    from += subscript;
-  }
-  return Neighbour(LastBefore(from), level);
+KeptNeighbour Globals::OrderKey(std::string_view key, std::size_t level, int direction) const {
+  const bool is_forward = direction > 0;
+  const bool is_from_behind = !is_forward && IsEmptySubscript(key.substr(level));
+  from_ = is_from_behind ? key.substr(0, level) : key;
+  if (is_forward || is_from_behind) from_ += kBehindDescendants;
+  return Neighbour(is_forward ? FirstNotBefore(from_) : LastBefore(from_), key.substr(0, level));
 }
 
-NextSubscript Globals::Neighbour(const std::optional<Entry>& entry, std::string_view level) const {
+KeptNeighbour Globals::Neighbour(const std::optional<Entry>& entry, std::string_view level) const {
   if (!entry || entry->key.size() == level.size() || !entry->key.starts_with(level)) return {};
   const std::string_view below = entry->key.substr(level.size());
-  const std::string_view node = entry->key.substr(0, level.size() + SubscriptLength(below));
-  NextSubscript next;
-  next.subscript = SubscriptText(below);
+  const std::string_view subscript = below.substr(0, SubscriptLength(below));
   // Walking backward, the entry found may lie below the neighbour and the neighbour have a value all the same.
-  next.value = node.size() == entry->key.size() ? Restored(entry->value) : GetKey(node);
-  return next;
+  if (subscript.size() == below.size()) return {subscript, KeptValue(entry->value)};
+  return {subscript, GetKey(entry->key.substr(0, level.size() + subscript.size()))};
 }
 
 }  // namespace emulator

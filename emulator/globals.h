@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -18,6 +19,33 @@ using Subscripts = std::span<const Value>;
 struct GlobalNode {
   std::string name;
   std::vector<std::string> subscripts;
+};
+
+/// A value as it is kept: 8-bit text, or 16-bit text in little-endian bytes. Valid until the globals change.
+class KeptValue {
+ public:
+  /// @param kept  what a store was given
+  explicit KeptValue(std::string_view kept) : kept_(kept) {}
+
+  bool IsWide() const { return kept_.front() == kWide; }
+  /// Of 8-bit text.
+  std::string_view Bytes() const { return kept_.substr(1); }
+  Value Restored() const;
+  /// As AsBytes of the value itself.
+  std::string AsBytes() const { return emulator::AsBytes(Restored()); }
+
+  // The first byte of what is kept.
+  static constexpr char kBytes = 'b';
+  static constexpr char kWide = 'w';
+
+ private:
+  std::string_view kept_;
+};
+
+/// What follows a subscript on its level, as it is kept. Valid until the next step and until the globals change.
+struct KeptNeighbour {
+  std::string_view subscript;      ///< its key bytes; none at the end of the level
+  std::optional<KeptValue> value;  ///< of the node itself; none where only nodes below it have one
 };
 
 /// What follows a subscript on its level.
@@ -59,10 +87,10 @@ class Globals {
 
   /// `bytes` as an 8-bit text.
   void SetKey(std::string_view key, std::string_view bytes);
-  std::optional<Value> GetKey(std::string_view key) const;
+  std::optional<KeptValue> GetKey(std::string_view key) const;
   int DefinedKey(std::string_view key) const;
-  /// `level` is the key of the node above, `subscript` the key bytes of the subscript.
-  NextSubscript OrderKey(std::string_view level, std::string_view subscript, int direction) const;
+  /// `key` is the subscript's own; that of the node above takes up its first `level` bytes.
+  KeptNeighbour OrderKey(std::string_view key, std::size_t level, int direction) const;
 
  protected:
   /// A node as it is kept: its key and its value as bytes. Both are valid until the next change.
@@ -80,7 +108,9 @@ class Globals {
   virtual void Erase(std::string_view first, std::string_view behind) = 0;
 
  private:
-  NextSubscript Neighbour(const std::optional<Entry>& entry, std::string_view level) const;
+  KeptNeighbour Neighbour(const std::optional<Entry>& entry, std::string_view level) const;
+
+  mutable std::string from_;  // where a step starts: storage that is used again
 };
 
 }  // namespace emulator

@@ -5,25 +5,14 @@
 #include "emulator/memory_globals.h"
 
 namespace emulator {
-namespace {
-
-Host*& CurrentHost() {
-  static Host* current = nullptr;
-  return current;
-}
-
-}  // namespace
-
 Host::Host() : Host(std::make_shared<MemoryGlobals>()) {}
 
 Host::Host(std::shared_ptr<Globals> globals)
-    : globals_(std::move(globals)), machine_(std::make_unique<Machine>(*this)), previous_(CurrentHost()) {
-  CurrentHost() = this;
+    : globals_(std::move(globals)), machine_(std::make_unique<Machine>(*this)), previous_(current_) {
+  current_ = this;
 }
 
-Host::~Host() { CurrentHost() = previous_; }
-
-Host* Host::Current() { return CurrentHost(); }
+Host::~Host() { current_ = previous_; }
 
 const vessa::HostServices* Host::Table() { return &CallbackTable(); }
 

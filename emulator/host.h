@@ -34,7 +34,7 @@ class Host {
   Host& operator=(const Host&) = delete;
 
   /// The current host; null when there is none. Every callback then answers -7, "not connected".
-  static Host* Current();
+  static Host* Current() { return current_; }
 
   /// The callback table: the same for every host.
   static const vessa::HostServices* Table();
@@ -83,6 +83,8 @@ class Host {
 
  private:
   friend class CallbackGate;
+
+  static inline Host* current_ = nullptr;  // NOLINT(readability-identifier-naming)  members end so
 
   std::shared_ptr<Globals> globals_;
   std::unique_ptr<Machine> machine_;

@@ -24,12 +24,13 @@ bool IsGlobalName(std::string_view name) {
   return !name.empty() && std::all_of(name.begin(), name.end(), fits);
 }
 
-std::string_view Characters(std::span<const unsigned char> text, std::string& storage) {
-  storage.assign(text.begin(), text.end());
-  return storage;
-}
-
 }  // namespace
+
+template <class Result>
+void Machine::PushResult(Result&& value) {
+  stack_.Next() = std::forward<Result>(value);
+  stack_.Push(StackKind::kResult);
+}
 
 // --- Objects -----------------------------------------------------------------------------------------------------
 
@@ -64,14 +65,16 @@ void Machine::GetProperty() {
 
 void Machine::PushGlobal(int length, const unsigned char* name) {
   stack_.RequireNothingBegun();
-  const std::string_view text = Characters(ArgumentText(length, name), key_);
-  if (!IsGlobalName(text)) throw HostError{kInvalidName};
-  Value& place = stack_.Next();
-  auto* kept = std::get_if<std::string>(&place);  // storage that is used again
-  if (kept == nullptr) kept = &place.emplace<std::string>();
-  kept->clear();
-  AppendGlobal(text, *kept);
-  stack_.Push({StackKind::kGlobal, 0, false});
+  const std::span<const unsigned char> text = ArgumentText(length, name);
+  const std::string_view global(reinterpret_cast<const char*>(text.data()), text.size());
+  if (global.empty() || global != global_) MakeGlobalKey(global);
+  stack_.PushReference(global_key_);
+}
+
+void Machine::MakeGlobalKey(std::string_view global) {
+  if (!IsGlobalName(global)) throw HostError{kInvalidName};
+  global_key_ = GlobalKey(global);
+  global_ = global;
 }
 
 void Machine::PushGlobalInNamespace(int length, const unsigned char* name, int namespace_length,
@@ -80,54 +83,59 @@ void Machine::PushGlobalInNamespace(int length, const unsigned char* name, int n
   PushGlobal(length, name);
 }
 
-const std::string& Machine::Key(std::size_t begun, std::size_t without) {
-  key_ = std::get<std::string>(stack_.ValueAt(begun));
-  const std::span<const Value> subscripts = stack_.Above(begun);
-  for (const Value& subscript : subscripts.first(subscripts.size() - without))
-    AppendSubscript(subscript, key_);
-  return key_;
-}
-
 void Machine::GlobalGet(int subscripts, int flag) {
   if (flag != 0) throw HostError{kInvalidArgument};
-  const std::size_t begun = stack_.Begun(StackKind::kGlobal, subscripts);
-  std::optional<Value> value = host_.globals().GetKey(Key(begun, 0));
-  stack_.DropFrom(begun);
+  const ValueStack::Reference node = stack_.ReferenceBegun(subscripts);
+  const std::optional<KeptValue> value = host_.globals().GetKey(node.key);
+  stack_.DropFrom(node.entry);
   if (!value)
     throw HostError{kUndefinedNode};  // no refusal: the node was looked up, and its reference is used
-  PushResult(*std::move(value));
+  PushKept(*value);
 }
 
 void Machine::GlobalDefined(int subscripts, int flag) {
   if (flag != 0) throw HostError{kInvalidArgument};
-  const std::size_t begun = stack_.Begun(StackKind::kGlobal, subscripts);
-  const int defined = host_.globals().DefinedKey(Key(begun, 0));
-  stack_.DropFrom(begun);
+  const ValueStack::Reference node = stack_.ReferenceBegun(subscripts);
+  const int defined = host_.globals().DefinedKey(node.key);
+  stack_.DropFrom(node.entry);
   PushResult(std::int64_t{defined});
 }
 
 void Machine::GlobalOrder(int subscripts, int direction, int value_wanted) {
   if (subscripts < 1 || (direction != 1 && direction != -1)) throw HostError{kInvalidArgument};
   if (value_wanted != 0 && value_wanted != 1) throw HostError{kInvalidArgument};
-  const std::size_t begun = stack_.Begun(StackKind::kGlobal, subscripts);
+  const ValueStack::Reference node = stack_.ReferenceBegun(subscripts);
   stack_.RequireRoom();  // two entries or more go, and three may come
-  std::string last;
-  AppendSubscript(stack_.Above(begun).back(), last);
-  NextSubscript next = host_.globals().OrderKey(Key(begun, 1), last, direction);
-  stack_.DropFrom(begun);
+  const KeptNeighbour next = host_.globals().OrderKey(node.key, node.level_size, direction);
+  stack_.DropFrom(node.entry);
   // Popped from the top: whether there is a value, the value, the subscript.
-  PushResult(std::move(next.subscript));
+  PushSubscriptText(next.subscript);
   if (value_wanted == 0) return;
-  const std::int64_t has_value = next.value ? 1 : 0;
-  if (next.value) PushResult(*std::move(next.value));
-  PushResult(has_value);
+  if (next.value) PushKept(*next.value);
+  PushResult(std::int64_t{next.value ? 1 : 0});
 }
 
 // --- Results -----------------------------------------------------------------------------------------------------
 
-void Machine::PushResult(Value value) {
-  stack_.Next() = std::move(value);
-  stack_.Push({StackKind::kResult, 0, false});
+void Machine::PushText(std::string_view text, StackKind kind) {
+  stack_.NextText<std::string>() = text;
+  stack_.Push(kind);
+}
+
+void Machine::PushKept(const KeptValue& value) {
+  if (value.IsWide()) return PushResult(value.Restored());
+  PushText(value.Bytes(), StackKind::kResult);
+}
+
+/// Empty where there is no subscript.
+void Machine::PushSubscriptText(std::string_view subscript) {
+  auto& text = stack_.NextText<std::string>();
+  if (subscript.empty()) {
+    text.clear();
+  } else {
+    AssignSubscriptText(subscript, text);
+  }
+  stack_.Push(StackKind::kResult);
 }
 
 void Machine::ConvertResult(int type, void* receiver) {
@@ -148,8 +156,8 @@ void Machine::ConvertToCountedString(const Value& result, void* receiver) {
   const std::size_t capacity = string.count;
   if (capacity > vessa::HostString::kCapacity) throw HostError{kInvalidArgument};
   const auto* text = std::get_if<std::string>(&result);
-  if (text == nullptr) AssignBytes(result, bytes_.Place());
-  const std::string& bytes = text != nullptr ? *text : bytes_.Place();
+  if (text == nullptr) AssignBytes(result, converted_);
+  const std::string& bytes = text != nullptr ? *text : converted_;
   const std::size_t fitting = std::min(bytes.size(), capacity);
   std::copy_n(bytes.begin(), fitting, string.bytes);
   string.count = static_cast<std::uint16_t>(fitting);
@@ -164,35 +172,31 @@ std::int32_t Machine::PopInteger() {
 
 std::string& Machine::PopBytes() {
   Value& result = stack_.TopResult(kInvalidArgument);
-  if (auto* text = std::get_if<std::string>(&result)) {
-    bytes_.Place().swap(*text);
-  } else {
-    AssignBytes(result, bytes_.Place());
-  }
+  bytes_ = std::get_if<std::string>(&result);
+  if (bytes_ == nullptr) bytes_ = &result.emplace<std::string>(AsBytes(result));
   stack_.Drop();
-  return bytes_.Place();
+  return *bytes_;
 }
 
 std::vector<std::uint16_t>& Machine::PopUnits() {
   const Value& result = stack_.TopResult(kInvalidArgument);
-  if (const auto* const bytes = std::get_if<std::string>(&result)) {
-    const auto unit = [](char byte) { return static_cast<unsigned char>(byte); };
-    units_.Place().resize(bytes->size());
-    std::transform(bytes->begin(), bytes->end(), units_.Place().begin(), unit);
+  if (const auto* const text = std::get_if<std::string>(&result)) {
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(text->data());
+    units_.assign(bytes, bytes + text->size());
   } else {
-    const std::u16string text = AsWideText(result);
-    units_.Place().assign(text.begin(), text.end());
+    const std::u16string wide = AsWideText(result);
+    units_.assign(wide.begin(), wide.end());
   }
   stack_.Drop();
-  return units_.Place();
+  return units_;
 }
 
 // --- Housekeeping ------------------------------------------------------------------------------------------------
 
-void Machine::Scribble() {
-  if (!scribbling_) return;
-  bytes_.Scribble();
-  units_.Scribble();
+void Machine::ScribbleAll() {
+  if (bytes_ != nullptr) ScribbleText(*bytes_);
+  bytes_ = nullptr;
+  ScribbleText(units_);
 }
 
 std::string_view Machine::MethodBegun() const {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "emulator/globals.h"
 #include "emulator/handed_out_text.h"
 #include "emulator/long_strings.h"
 #include "emulator/value_stack.h"
@@ -59,23 +60,35 @@ class Machine {
   LongStrings& Areas() { return long_strings_; }
   const LongStrings& Areas() const { return long_strings_; }
   /// What the last pop handed out is no longer the library's to read.
-  void Scribble();
-  void SetScribbling(bool on) { scribbling_ = on; }
+  void Scribble() {
+    if (scribbling_) ScribbleAll();
+  }
+  void SetScribbling(bool on) {
+    scribbling_ = on;
+    bytes_ = nullptr;
+  }
   /// The method that InvokeMethod would call; empty when there is none.
   std::string_view MethodBegun() const;
 
  private:
-  void PushResult(Value value);
+  void ScribbleAll();
+  void PushText(std::string_view text, StackKind kind);
+  void PushArgument(Value value);
+  template <class Result>
+  void PushResult(Result&& value);
+  void PushKept(const KeptValue& value);
+  void MakeGlobalKey(std::string_view global);
+  void PushSubscriptText(std::string_view subscript);
   void ConvertToCountedString(const Value& result, void* receiver);
-  /// The key of the reference begun, with the subscripts above it but the last `without`.
-  const std::string& Key(std::size_t begun, std::size_t without);
 
   Host& host_;
   ValueStack stack_;
   LongStrings long_strings_;
-  HandedOutText<std::string> bytes_;
-  HandedOutText<std::vector<std::uint16_t>> units_;
-  std::string key_;
+  std::string* bytes_ = nullptr;  ///< handed out by the last pop, in its place above the stack; null for none
+  std::vector<std::uint16_t> units_;  ///< the same of 16-bit text
+  std::string converted_;
+  std::string global_;  ///< pushed last, and the key that it makes: most references are to one global
+  std::string global_key_;
   bool scribbling_ = true;
 };
 

@@ -5,43 +5,51 @@
 namespace emulator {
 namespace {
 
-constexpr ValueStack::Tag kArgument{};
-
-/// Texts come as unsigned bytes and units and are kept as characters, into storage that is used again.
-template <class Text, class Unit>
-void Assign(int length, const Unit* text, Value& place) {
-  const auto view = ArgumentText(length, text);
-  auto* kept = std::get_if<Text>(&place);
-  if (kept == nullptr) kept = &place.emplace<Text>();
-  kept->assign(view.begin(), view.end());
+std::string_view Characters(std::span<const unsigned char> text) {
+  return {reinterpret_cast<const char*>(text.data()), text.size()};
 }
 
 }  // namespace
 
-void Machine::PushInteger(std::int64_t value) {
-  stack_.Next() = value;
-  stack_.Push(kArgument);
+/// Any argument; those that are common as subscripts have ways of their own.
+void Machine::PushArgument(Value value) {
+  if (!stack_.IsInReference()) {
+    stack_.Next() = std::move(value);
+    return stack_.Push(StackKind::kArgument);
+  }
+  try {
+    stack_.PushSubscript(AsBytes(value));
+  } catch (const HostError& error) {
+    stack_.PushUnfitSubscript(error.code);
+  }
 }
 
-void Machine::PushDouble(double value) {
+void Machine::PushInteger(std::int64_t value) {
+  if (stack_.IsInReference()) return stack_.PushSubscript(value);
   stack_.Next() = value;
-  stack_.Push(kArgument);
+  stack_.Push(StackKind::kArgument);
 }
+
+void Machine::PushDouble(double value) { PushArgument(value); }
 
 void Machine::PushObject(std::uint32_t oref) {
   if (oref != 0 && host_.Find(oref) == nullptr) throw HostError{kInvalidOref};
-  stack_.Next() = ObjectRef{oref};
-  stack_.Push(kArgument);
+  PushArgument(ObjectRef{oref});
 }
 
 void Machine::PushBytes(int length, const unsigned char* text) {
-  Assign<std::string>(length, text, stack_.Next());
-  stack_.Push(kArgument);
+  stack_.RequireRoom();
+  const std::string_view characters = Characters(ArgumentText(length, text));
+  if (stack_.IsInReference()) return stack_.PushSubscript(characters);
+  PushText(characters, StackKind::kArgument);
 }
 
 void Machine::PushUnits(int length, const std::uint16_t* text) {
-  Assign<std::u16string>(length, text, stack_.Next());
-  stack_.Push(kArgument);
+  stack_.RequireRoom();
+  const std::span<const std::uint16_t> units = ArgumentText(length, text);
+  if (stack_.IsInReference()) return PushArgument(std::u16string(units.begin(), units.end()));
+  stack_.NextText<std::u16string>().assign(units.begin(), units.end());
+  stack_.Push(StackKind::kArgument);
 }
 
 void* Machine::NewLongBytes(vessa::LongStringDescriptor* descriptor, int length) {
@@ -53,30 +61,28 @@ void* Machine::NewLongUnits(vessa::LongStringDescriptor* descriptor, int length)
 }
 
 void Machine::PushLongBytes(const vessa::LongStringDescriptor* descriptor) {
-  Value& place = stack_.Next();
-  place = long_strings_.TakeBytes(descriptor);
-  stack_.Push(kArgument);
+  stack_.RequireRoom();
+  PushArgument(long_strings_.TakeBytes(descriptor));
 }
 
 void Machine::PushLongUnits(const vessa::LongStringDescriptor* descriptor) {
-  Value& place = stack_.Next();
-  place = long_strings_.TakeUnits(descriptor);
-  stack_.Push(kArgument);
+  stack_.RequireRoom();
+  PushArgument(long_strings_.TakeUnits(descriptor));
 }
 
 void Machine::PushMethod(std::uint32_t oref, int length, const unsigned char* name, int result_wanted) {
   stack_.RequireNothingBegun();
   if (result_wanted != 0 && result_wanted != 1) throw HostError{kInvalidArgument};
   if (host_.Find(oref) == nullptr) throw HostError{kInvalidOref};
-  Assign<std::string>(length, name, stack_.Next());
-  stack_.Push({StackKind::kMethod, oref, result_wanted == 1});
+  stack_.NextText<std::string>() = Characters(ArgumentText(length, name));
+  stack_.Push(StackKind::kMethod, oref, result_wanted == 1);
 }
 
 void Machine::PushProperty(std::uint32_t oref, int length, const unsigned char* name) {
   stack_.RequireNothingBegun();
   if (host_.Find(oref) == nullptr) throw HostError{kInvalidOref};
-  Assign<std::string>(length, name, stack_.Next());
-  stack_.Push({StackKind::kProperty, oref, true});
+  stack_.NextText<std::string>() = Characters(ArgumentText(length, name));
+  stack_.Push(StackKind::kProperty, oref, true);
 }
 
 }  // namespace emulator

@@ -1,13 +1,18 @@
 #pragma once
 
+#include <array>
 #include <map>
 
 #include "emulator/globals.h"
+#include "emulator/node_page.h"
 
 namespace emulator {
 
 /// Globals that live as long as the object.
 class MemoryGlobals : public Globals {
+ public:
+  MemoryGlobals();
+
  protected:
   void Put(std::string_view key, std::string_view value) override;
   std::optional<Entry> Find(std::string_view key) const override;
@@ -16,7 +21,23 @@ class MemoryGlobals : public Globals {
   void Erase(std::string_view first, std::string_view behind) override;
 
  private:
-  std::map<std::string, std::string, std::less<>> nodes_;
+  /// By the least key that belongs there. Only the first one, by the empty key, may be empty.
+  using Pages = std::map<std::string, NodePage, std::less<>>;
+
+  /// Where a key is, or would be.
+  struct Position {
+    Pages::const_iterator page;
+    NodePage::Place place;
+  };
+
+  const Position& Seek(std::string_view key) const;
+  bool MoveNear(std::string_view key, Position& position) const;
+  void Forget() { recent_.fill({pages_.begin(), {}}); }
+
+  Pages pages_;
+  /// Where the last searches ended, the last first: what is asked for next is most often near, as in a walk over the
+  /// elements of an item and the values behind them.
+  mutable std::array<Position, 4> recent_;
 };
 
 }  // namespace emulator

@@ -1,24 +1,23 @@
 #include "emulator/value_stack.h"
 
-#include <algorithm>
-
-#include "emulator/host_error.h"
-
 namespace emulator {
 
 void ValueStack::Clear() {
-  depth_ = base_;
-  interrupted_ = std::min(interrupted_, depth_);
+  DropDownTo(base_);
   left_behind_ = 0;
 }
 
-void ValueStack::RequireRoom() const {
-  if (depth_ == kEntries) throw HostError{kStackFull};
+void ValueStack::PushReference(std::string_view global) {
+  RequireRoom();
+  const std::size_t key_at = keys_.Size();
+  keys_.Append(global);
+  tags_[depth_] = {StackKind::kGlobal, false, true, 0, static_cast<std::uint32_t>(depth_), 0, key_at};
+  ++depth_;
 }
 
-Value& ValueStack::Next() {
+void ValueStack::PushUnfitSubscript(int refusal) {
   RequireRoom();
-  return values_[depth_];
+  PushSubscriptAt(keys_.Size(), refusal);
 }
 
 void ValueStack::RequireNothingBegun() const {
@@ -50,17 +49,6 @@ const Value* ValueStack::MethodBegun() const {
   return nullptr;
 }
 
-Value& ValueStack::TopResult(int otherwise) {
-  if (depth_ == base_) throw HostError{kNoResult};
-  if (tags_[depth_ - 1].kind != StackKind::kResult) throw HostError{otherwise};
-  return values_[depth_ - 1];
-}
-
-void ValueStack::DropFrom(std::size_t entry) {
-  depth_ = entry;
-  interrupted_ = std::min(interrupted_, depth_);
-}
-
 ValueStack::Nesting::Nesting(ValueStack& stack)
     : stack_(stack), outer_base_(stack.base_), depth_(stack.depth_) {
   stack_.base_ = stack_.depth_;
@@ -68,7 +56,7 @@ ValueStack::Nesting::Nesting(ValueStack& stack)
 
 ValueStack::Nesting::~Nesting() {
   stack_.left_behind_ += stack_.depth_ - depth_;
-  stack_.DropFrom(depth_);
+  stack_.DropDownTo(depth_);
   stack_.base_ = outer_base_;
 }
 

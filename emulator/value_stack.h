@@ -1,10 +1,14 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
 #include <vector>
 
+#include "emulator/host_error.h"
+#include "emulator/key_stack.h"
 #include "emulator/value.h"
 
 namespace emulator {
@@ -15,11 +19,13 @@ enum class StackKind : std::uint8_t {
   kResult,    ///< left by the host, to be fetched
   kMethod,    ///< a call begun: the name of the method; its arguments come above it
   kProperty,  ///< a fetch begun: the name of the property
-  kGlobal,    ///< a reference begun: the key of the global; its subscripts come above it
+  kGlobal,    ///< a reference begun; its subscripts come above it
 };
 
 /// The stack between library and host. It never moves its values, so the arguments of a running method stay where
 /// they are. What a call begun inside a method finds below itself is out of its reach.
+///
+/// Of a reference and its subscripts no values are kept, but the bytes of the key that they make.
 class ValueStack {
  public:
   static constexpr std::size_t kEntries = 1024;
@@ -33,15 +39,66 @@ class ValueStack {
   /// Who is called, and whether a result is wanted.
   struct Tag {
     StackKind kind = StackKind::kArgument;
-    std::uint32_t oref = 0;
     bool result_wanted = false;
+    bool is_of_reference = false;  ///< the reference itself or a subscript of it
+    std::uint32_t oref = 0;
+    std::uint32_t reference = 0;  ///< the entry that begins it
+    int refusal = 0;  ///< what the reference is answered with when it is used; 0 when all is well up to here
+    std::size_t key_at = 0;  ///< where in the keys its bytes begin
   };
 
   /// The place of the next entry, to be filled and then pushed. @throws HostError  kStackFull
-  Value& Next();
+  Value& Next() {
+    RequireRoom();
+    return values_[depth_];
+  }
+  /// The same for a text, whose storage is used again.
+  template <class Text>
+  Text& NextText() {
+    Value& place = Next();
+    auto* const kept = std::get_if<Text>(&place);
+    return kept != nullptr ? *kept : place.emplace<Text>();
+  }
   /// @throws HostError  kStackFull
-  void RequireRoom() const;
-  void Push(const Tag& tag) { tags_[depth_++] = tag; }
+  void RequireRoom() const {
+    if (depth_ == kEntries) throw HostError{kStackFull};
+  }
+  void Push(StackKind kind, std::uint32_t oref = 0, bool result_wanted = false) {
+    tags_[depth_++] = {kind, result_wanted, false, oref, 0, 0, keys_.Size()};
+  }
+
+  // --- References to globals; all of these: @throws HostError  kStackFull ---
+
+  /// @param global  its key
+  void PushReference(std::string_view global);
+  /// Whether the next argument will be a subscript.
+  bool IsInReference() const { return depth_ > base_ && tags_[depth_ - 1].is_of_reference; }
+  template <class Subscript>
+  void PushSubscript(const Subscript& subscript) {
+    RequireRoom();
+    const std::size_t key_at = keys_.Size();
+    keys_.AppendSubscript(subscript);
+    PushSubscriptAt(key_at, 0);
+  }
+  /// An argument that cannot be a subscript: its reference is of no use.
+  void PushUnfitSubscript(int refusal);
+
+  /// A reference with its subscripts.
+  struct Reference {
+    std::size_t entry;
+    std::string_view key;
+    std::size_t level_size;  ///< how much of the key comes before the last subscript
+  };
+  /// The one begun below the topmost `subscripts` entries, which must be its subscripts.
+  /// @throws HostError  kInvalidArgument, or what an unfit subscript is answered with
+  Reference ReferenceBegun(int subscripts) const {
+    if (!IsInReference()) throw HostError{kInvalidArgument};
+    const Tag& top = tags_[depth_ - 1];
+    if (top.reference + static_cast<std::size_t>(subscripts) != depth_ - 1) throw HostError{kInvalidArgument};
+    if (top.refusal != 0) throw HostError{top.refusal};
+    const std::size_t key_at = tags_[top.reference].key_at;
+    return {top.reference, keys_.From(key_at), top.key_at - key_at};
+  }
 
   /// Refuses a new call while another one waits for its arguments. One that a failure interrupted does not count.
   /// @throws HostError  kInvalidArgument
@@ -59,10 +116,18 @@ class ValueStack {
   const Value* MethodBegun() const;
 
   /// The result on top. @throws HostError  kNoResult when the stack is empty, `otherwise` when another thing is there
-  Value& TopResult(int otherwise);
+  Value& TopResult(int otherwise) {
+    if (depth_ == base_) throw HostError{kNoResult};
+    if (tags_[depth_ - 1].kind != StackKind::kResult) throw HostError{otherwise};
+    return values_[depth_ - 1];
+  }
 
-  /// Drops the entry and all above it.
-  void DropFrom(std::size_t entry);
+  /// Drops the entry, which must be there, and all above it.
+  void DropFrom(std::size_t entry) {
+    keys_.CutTo(tags_[entry].key_at);
+    depth_ = entry;
+    interrupted_ = std::min(interrupted_, depth_);
+  }
   void Drop() { DropFrom(depth_ - 1); }
 
   /// A callback has failed: what had been begun may never be finished.
@@ -83,8 +148,18 @@ class ValueStack {
   };
 
  private:
+  void PushSubscriptAt(std::size_t key_at, int refusal) {
+    const Tag& below = tags_[depth_ - 1];
+    const int first_refusal = below.refusal != 0 ? below.refusal : refusal;
+    tags_[depth_++] = {StackKind::kArgument, false, true, 0, below.reference, first_refusal, key_at};
+  }
+  void DropDownTo(std::size_t depth) {
+    if (depth < depth_) DropFrom(depth);
+  }
+
   std::vector<Value> values_;
   std::vector<Tag> tags_;
+  KeyStack keys_;
   std::size_t depth_ = 0;
   std::size_t base_ = 0;         // entries below it belong to calls further out
   std::size_t interrupted_ = 0;  // entries below it were there when a callback failed

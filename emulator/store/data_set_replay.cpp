@@ -88,8 +88,8 @@ class Replay {
   }
 
   void Tell(std::uint32_t tag, std::int64_t node) {
-    const std::string vr =
-        AsBytes(nodes_->GetKey(keys_.Element(node, kVrName)).value_or(Value(std::string())));
+    const auto kept_vr = nodes_->GetKey(keys_.Element(node, kVrName));
+    const std::string vr = kept_vr ? kept_vr->AsBytes() : std::string();
     if (vr == "SQ") {
       sink_.StartElement(tag, vr, kUndefinedLength);
       sink_.StartSequence();
@@ -116,7 +116,7 @@ class Replay {
     auto chunk = nodes_->GetKey(keys_.Element(node, kDataName));
     if (!chunk) throw StoreError(id_ + ": an element without a value");
     for (std::int64_t number = 1; chunk; ++number) {
-      visit(AsBytes(*chunk), static_cast<std::uint32_t>(number));
+      visit(chunk->AsBytes(), static_cast<std::uint32_t>(number));
       chunk = nodes_->GetKey(keys_.Chunk(node, number));
     }
   }

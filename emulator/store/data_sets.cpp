@@ -14,7 +14,8 @@ constexpr std::int64_t kMostPixelBytes = std::numeric_limits<std::int32_t>::max(
 constexpr std::uint32_t kDirectoryRecords = 0x00041220;
 
 std::string TextAt(const Globals& nodes, const std::string& key) {
-  return AsBytes(nodes.GetKey(key).value_or(Value(std::string())));
+  const auto value = nodes.GetKey(key);
+  return value ? value->AsBytes() : std::string();
 }
 
 }  // namespace
@@ -49,12 +50,12 @@ std::optional<std::string> TopLevelValue(const Globals& nodes, const std::string
   DataSetKeys keys(id);
   const auto number = nodes.GetKey(keys.Child(0, 0, tag));
   if (!number) return std::nullopt;
-  const std::int64_t node = AsInteger(*number);
+  const std::int64_t node = AsInteger(number->Restored());
   auto chunk = nodes.GetKey(keys.Element(node, kDataName));
   if (!chunk) return std::nullopt;
   std::string value;
   for (std::int64_t index = 1; chunk; ++index) {
-    value += AsBytes(*chunk);
+    value += chunk->AsBytes();
     chunk = nodes.GetKey(keys.Chunk(node, index));
   }
   return value;

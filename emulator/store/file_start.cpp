@@ -60,7 +60,7 @@ std::string StoredValue(const Globals& nodes, DataSetKeys& keys, std::uint32_t t
   std::string value;
   auto chunk = nodes.GetKey(keys.MetaElement(tag, kDataName));
   for (std::int64_t index = 1; chunk; ++index) {
-    value += AsBytes(*chunk);
+    value += chunk->AsBytes();
     chunk = nodes.GetKey(keys.MetaChunk(tag, index));
   }
   return value;
@@ -76,7 +76,7 @@ Elements StoredElements(const Globals& nodes, const std::string& id) {
        next = nodes.Order(kMetaGlobal, level(next.subscript))) {
     const auto tag = static_cast<std::uint32_t>(AsInteger(Value(next.subscript)));
     const auto vr = nodes.GetKey(keys.MetaElement(tag, kVrName));
-    elements[tag] = {vr ? AsBytes(*vr) : "UN", StoredValue(nodes, keys, tag)};
+    elements[tag] = {vr ? vr->AsBytes() : "UN", StoredValue(nodes, keys, tag)};
   }
   return elements;
 }

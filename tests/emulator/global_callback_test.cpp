@@ -148,5 +148,42 @@ TEST_F(GlobalCallback, RefusesSubscriptsThatCannotBe) {
   EXPECT_EQ(Callbacks().global_get(1, 0), kWideCharacter);
 }
 
+TEST_F(GlobalCallback, RefusesAnObjectAsASubscriptWhenItIsUsed) {
+  const std::uint16_t wide[] = {0x4E00};
+  ASSERT_EQ(PushGlobal("A"), 0);
+  ASSERT_EQ(Callbacks().push_object(0), 0);
+  ASSERT_EQ(Callbacks().push_wide_string(1, wide), 0);
+  EXPECT_EQ(Callbacks().global_get(2, 0), kInvalidArgument) << "the first one's refusal";
+  EXPECT_EQ(Callbacks().global_order(2, 1, 0), kInvalidArgument);
+}
+
+TEST_F(GlobalCallback, TakesSubscriptsOfEveryKind) {
+  const std::uint16_t units[] = {'x'};
+  const auto get = [] {
+    EXPECT_EQ(Callbacks().global_get(2, 0), 0);
+    return PopText().text;
+  };
+  ASSERT_EQ(PushGlobal("A"), 0);
+  ASSERT_EQ(Callbacks().push_double(2.0), 0);
+  ASSERT_EQ(Callbacks().push_wide_string(1, units), 0);
+  EXPECT_EQ(get(), "below two");
+  ASSERT_EQ(PushGlobal("A"), 0);
+  ASSERT_EQ(Callbacks().push_unsigned(2), 0);
+  ASSERT_EQ(Callbacks().push_counted(1, Units("x")), 0);
+  EXPECT_EQ(get(), "below two");
+}
+
+TEST_F(GlobalCallback, AReferenceOutlivesTheRefusalOfAnother) {
+  ASSERT_EQ(PushGlobal("A"), 0);
+  ASSERT_EQ(PushText("3"), 0);
+  ASSERT_EQ(PushGlobal("^"), kInvalidArgument) << "while the first one waits for its subscripts";
+  ASSERT_EQ(PushGlobal("A"), 0) << "which the refusal has interrupted";
+  ASSERT_EQ(PushText("1"), 0);
+  ASSERT_EQ(Callbacks().global_get(1, 0), 0);
+  EXPECT_EQ(PopText().text, "one");
+  ASSERT_EQ(Callbacks().global_get(1, 0), 0);
+  EXPECT_EQ(PopText().text, "three");
+}
+
 }  // namespace
 }  // namespace emulator

@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
 #include "emulator/host_error.h"
 #include "emulator/memory_globals.h"
 
@@ -165,6 +171,66 @@ TEST(Globals, VisitSeesEveryValueFromANodeDown) {
     return seen.size() < 2;
   });
   EXPECT_EQ(seen, (std::vector<std::string>{"A/2=two", "A/2/10=ten"}));
+}
+
+/// What a walk over the nodes of a global and a tree of numbers find must be the same.
+void ExpectAll(const Globals& globals, const std::map<int, std::string>& expected) {
+  std::vector<std::string> walked;
+  std::vector<std::string> backward;
+  std::vector<std::string> order;
+  NextSubscript next = globals.Order("A", {Text("")}, +1);
+  for (; !next.subscript.empty(); next = globals.Order("A", {next.subscript}, +1)) {
+    walked.push_back(next.subscript + "=" + AsBytes(next.value.value_or(Value())));
+  }
+  next = globals.Order("A", {Text("")}, -1);
+  for (; !next.subscript.empty(); next = globals.Order("A", {next.subscript}, -1)) {
+    backward.insert(backward.begin(), next.subscript + "=" + AsBytes(next.value.value_or(Value())));
+  }
+  for (const auto& [number, text] : expected) {
+    order.push_back(std::to_string(number) + "=" + text);
+    EXPECT_EQ(globals.Get("A", {Number(number)}), Value(text));
+  }
+  EXPECT_EQ(walked, order);
+  EXPECT_EQ(backward, order);
+}
+
+TEST(Globals, ManyNodesKeepTheirOrderThroughAllChanges) {
+  MemoryGlobals globals;
+  std::map<int, std::string> expected;
+  std::mt19937 random(7);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same on every run
+  const auto any_number = [&random] { return static_cast<int>(random() % 100000) - 50000; };
+  for (int change = 0; change < 3000; ++change) {
+    const int number = any_number();
+    expected[number] = std::to_string(change);
+    globals.Set("A", {Number(number)}, expected[number]);
+  }
+  for (int number = 60000; number < 60500; ++number) {
+    globals.Set("A", {Number(number)}, expected[number] = "one behind the other");
+  }
+  ExpectAll(globals, expected);
+  for (int change = 0; change < 2000; ++change) {
+    const int number = std::next(expected.begin(), static_cast<int>(random() % expected.size()))->first;
+    expected.erase(number);
+    globals.Kill("A", {Number(number)});
+    EXPECT_EQ(globals.Defined("A", {Number(number)}), 0);
+  }
+  ExpectAll(globals, expected);
+}
+
+TEST(Globals, KillOfManyNodesLeavesThoseAround) {
+  MemoryGlobals globals;
+  globals.Set("A", {Text("below")}, Text("first"));
+  for (int number = 0; number < 500; ++number) globals.Set("B", {Number(1), Number(number)}, Text("x"));
+  globals.Set("B", {Number(2)}, Text("last"));
+  globals.Kill("B", {Number(1)});
+  EXPECT_EQ(globals.Order("B", {Text("")}).subscript, "2");
+  EXPECT_EQ(globals.Order("B", {Number(2)}, -1).subscript, "");
+  EXPECT_EQ(globals.Get("A", {Text("below")}), Text("first"));
+  globals.Kill("A");
+  globals.Kill("B");
+  EXPECT_EQ(globals.Order("B", {Text("")}, -1).subscript, "");
+  globals.Set("C", {Number(1)}, Text("again"));
+  EXPECT_EQ(globals.Order("C", {Text("")}, -1).value, Text("again"));
 }
 
 }  // namespace
