@@ -9,7 +9,15 @@ namespace vessa {
 
 namespace {
 
-constexpr unsigned kLargestByte = 0xFF;
+/// What the characters have in common, gathered in as few bits as they have: the more of them fit a register.
+class Bits {
+ public:
+  void Add(char16_t character) { all_ = static_cast<std::uint16_t>(all_ | character); }
+  bool AreOfBytes() const { return all_ <= 0xFF; }
+
+ private:
+  std::uint16_t all_ = 0;
+};
 
 std::span<std::uint8_t> FrontOf(std::vector<std::uint8_t>& storage, std::size_t size) {
   if (storage.size() < size) storage.resize(size);
@@ -19,20 +27,20 @@ std::span<std::uint8_t> FrontOf(std::vector<std::uint8_t>& storage, std::size_t 
 /// In one pass without a branch inside, for nearly all values are all bytes.
 /// @return  false when a character was above 255; `bytes` are of no use then
 bool NarrowAll(std::u16string_view characters, std::uint8_t* bytes) {
-  unsigned bits = 0;
+  Bits bits;
   for (const char16_t character : characters) {
-    bits |= character;
+    bits.Add(character);
     *bytes++ = static_cast<std::uint8_t>(character);
   }
-  return bits <= kLargestByte;
+  return bits.AreOfBytes();
 }
 
 }  // namespace
 
 std::size_t ByteCount(std::u16string_view characters) {
-  unsigned bits = 0;
-  for (const char16_t character : characters) bits |= character;
-  return bits <= kLargestByte ? characters.size() : NarrowToBytes(characters).size();
+  Bits bits;
+  for (const char16_t character : characters) bits.Add(character);
+  return bits.AreOfBytes() ? characters.size() : NarrowToBytes(characters).size();
 }
 
 std::span<std::uint8_t> ToBytes(std::u16string_view characters, std::vector<std::uint8_t>& storage) {

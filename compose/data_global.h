@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -70,8 +71,8 @@ class DataGlobal {
 
   static void PopKey(std::string& key) {
     const std::string_view text = AsText(PopString());
-    if (text.empty()) return key.clear();  // as most walks over chunks end at once
-    key = text;
+    key.resize(text.size());  // costs next to nothing, as the keys of one level have much the same length
+    std::copy(text.begin(), text.end(), key.begin());
   }
 
   const std::string& identifier_;

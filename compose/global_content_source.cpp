@@ -54,7 +54,7 @@ bool CGlobalContentSource::NextTagKey(std::string& key, ContentElement& element)
                               ",0,\"c\",0," + key + ")");
     }
     if (found == Found::kEnd) return false;
-    element.vr = ReadVr(element.node);
+    ReadVr(element);
     return true;
   });
 }
@@ -70,20 +70,21 @@ bool CGlobalContentSource::NextSequenceTagKey(const std::string& item_key, std::
                               "," + std::to_string(node) + ",\"c\"," + item_key + "," + key + ")");
     }
     if (found == Found::kEnd) return false;
-    element.vr = ReadVr(element.node);
+    ReadVr(element);
     return true;
   });
 }
 
-/// Empty where the node has no value, whether the host says so by an empty text or by its status.
-Vr CGlobalContentSource::ReadVr(std::int32_t node) {
+/// The VR is empty where the node has no value, whether the host says so by an empty text or by its status.
+void CGlobalContentSource::ReadVr(ContentElement& element) {
   try {
-    DataGlobal(Identifier()).Get(node, kVrNode);
+    DataGlobal(Identifier()).Get(element.node, kVrNode);
   } catch (const Status status) {
     if (status != kHostUndefined) throw;
-    return Vr{};
+    element.vr = Vr{};
+    return;
   }
-  return FirstTwo(PopWideString(), storage_);
+  element.vr = FirstTwo(PopWideString(), storage_);
 }
 
 bool CGlobalContentSource::NextSequenceItemKey(std::int32_t node, std::string& item_key) {
@@ -111,7 +112,7 @@ bool CGlobalContentSource::GetNextDataChunk(std::int32_t node, std::string& key,
     const DataGlobal data(Identifier());
     if (key.empty()) {
       chunk = ToBytes(data.Read(node, kDataNode), storage_);
-      key = "0";
+      key.push_back('0');
       return true;
     }
     chunk = {};

@@ -37,7 +37,7 @@ class CGlobalContentSource : public CContentSource {
   bool HasUndefinedLength(std::int32_t node) override;
 
  private:
-  Vr ReadVr(std::int32_t node);
+  void ReadVr(ContentElement& element);
 
   std::vector<std::uint8_t> storage_;  ///< bytes of the chunk handed out last, kept from call to call
 };

@@ -160,7 +160,7 @@ std::uint64_t StreamComposer::CopyValue(ElementWriter& writer, const ContentElem
   std::span<std::uint8_t> chunk;
   std::string key;
   while (source_.GetNextDataChunk(element.node, key, chunk)) {
-    KeepFirstBytes(copied, chunk);
+    if (copied < first_bytes_.size()) KeepFirstBytes(copied, chunk);
     copied += chunk.size();
     if (copied > length) break;
     value.Write(chunk);

@@ -7,15 +7,14 @@
 
 namespace vessa {
 
-void ValueWriter::Write(std::span<std::uint8_t> piece) {
-  if (unit_ == 1) return writer_.WriteValue(piece);
+void ValueWriter::WriteUnits(std::span<std::uint8_t> piece) {
   const std::span<std::uint8_t> rest = FillCutUnit(piece);
   const std::size_t whole = rest.size() - rest.size() % unit_;
   WriteSwapped(rest.first(whole));
   KeepCutUnit(rest.subspan(whole));
 }
 
-void ValueWriter::Finish() {
+void ValueWriter::WriteCutUnit() {
   writer_.WriteValue(std::span(cut_unit_).first(cut_bytes_));
   cut_bytes_ = 0;
 }

@@ -18,15 +18,22 @@ class ValueWriter {
       : writer_{writer}, unit_{static_cast<std::size_t>(unit)} {}
 
   /// Writes the next piece. Its bytes are changed in place.
-  void Write(std::span<std::uint8_t> piece);
+  void Write(std::span<std::uint8_t> piece) {
+    if (unit_ == 1) return writer_.WriteValue(piece);
+    WriteUnits(piece);
+  }
   /// Writes what is left of an incomplete unit.
-  void Finish();
+  void Finish() {
+    if (cut_bytes_ != 0) WriteCutUnit();
+  }
 
  private:
   static constexpr std::size_t kLargestUnit = 8;
 
+  void WriteUnits(std::span<std::uint8_t> piece);
   std::span<std::uint8_t> FillCutUnit(std::span<std::uint8_t> piece);
   void KeepCutUnit(std::span<const std::uint8_t> bytes);
+  void WriteCutUnit();
   void WriteSwapped(std::span<std::uint8_t> units);
 
   ElementWriter& writer_;

@@ -38,18 +38,6 @@ ByteOrder ByteOrderOf(std::string_view transfer_syntax) {
 
 void RaiseIllegalByteOrder() { throw CDecomposeException("Internal error: illegal byte-ordering code"); }
 
-void EncodeTag(ByteOrder order, Tag tag, std::span<std::uint8_t, 4> bytes) {
-  RequireByteOrder(order);
-  const auto put = [&](std::size_t at, std::uint16_t half) {
-    const auto high = static_cast<std::uint8_t>(half >> 8);
-    const auto low = static_cast<std::uint8_t>(half);
-    bytes[at] = order == ByteOrder::kBigEndian ? high : low;
-    bytes[at + 1] = order == ByteOrder::kBigEndian ? low : high;
-  };
-  put(0, tag.Group());
-  put(2, tag.Element());
-}
-
 Status SwitchByteOrdering(std::uint8_t* bytes, std::size_t length, std::size_t capacity,
                           std::int32_t unit_size) {
   length = std::min(length, capacity);

@@ -44,7 +44,15 @@ inline Tag ReadTag(ByteOrder order, std::span<const std::uint8_t, 4> bytes) {
 
 /// The 4 bytes of a tag, each half in the given order.
 /// @throws CDecomposeException  an order that is neither 0 nor 1
-void EncodeTag(ByteOrder order, Tag tag, std::span<std::uint8_t, 4> bytes);
+inline void EncodeTag(ByteOrder order, Tag tag, std::span<std::uint8_t, 4> bytes) {
+  RequireByteOrder(order);
+  const bool is_big = order == ByteOrder::kBigEndian;
+  const std::uint32_t value =
+      is_big ? tag.Value() : static_cast<std::uint32_t>(tag.Value() << 16 | tag.Value() >> 16);
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    bytes[at] = static_cast<std::uint8_t>(value >> 8 * (is_big ? 3 - at : at));
+  }
+}
 
 /// Reverses every unit of `unit_size` bytes (1, 2, 4 or 8) in place. The number of units is rounded up: a
 /// last, partial unit takes in the bytes behind it, which `capacity` must hold; a byte behind the capacity

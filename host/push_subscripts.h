@@ -13,7 +13,10 @@ namespace vessa {
 inline void PushSubscript(std::int32_t value) { PushArguments<"i">(value); }
 
 inline void PushSubscript(std::string_view text) {
-  PushArguments<"*a">(detail::CheckedLength(text.size()), text.data());
+  if (text.size() > kGreatestShortText || text.data() == nullptr) [[unlikely]] {
+    return static_cast<void>(PushArguments<"*a">(detail::CheckedLength(text.size()), text.data()));
+  }
+  RaiseCallin(Services().push_string(static_cast<int>(text.size()), detail::AsBytes(text)));
 }
 
 /// Pushes integers as integers and all else as 8-bit text. Returns how many values were pushed.

@@ -84,17 +84,25 @@ Integer ParseSigned(std::string_view text) {
   return text.front() == '-' ? std::numeric_limits<Integer>::min() : std::numeric_limits<Integer>::max();
 }
 
+constexpr bool IsDigit(char character) { return character >= '0' && character <= '9'; }
+
 template <class Integer>
-Integer ParseSaturating(std::string_view text) {
+Integer ParseAny(std::string_view text) {
   while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
   const bool plus = !text.empty() && text.front() == '+';
   if (plus) text.remove_prefix(1);
   const bool minus = !text.empty() && text.front() == '-';
   if (plus && minus) return 0;  // one sign only
-  if (minus || text.size() > std::numeric_limits<Integer>::digits10) return ParseSigned<Integer>(text);
+  return ParseSigned<Integer>(text);
+}
+
+template <class Integer>
+Integer ParseSaturating(std::string_view text) {
+  constexpr std::size_t kSafeDigits = std::numeric_limits<Integer>::digits10;
+  if (text.empty() || !IsDigit(text.front()) || text.size() > kSafeDigits) return ParseAny<Integer>(text);
   Integer value = 0;  // the quick way of most: digits that cannot overflow
   for (const char digit : text) {
-    if (digit < '0' || digit > '9') break;
+    if (!IsDigit(digit)) break;
     value = static_cast<Integer>(value * 10 + (digit - '0'));
   }
   return value;

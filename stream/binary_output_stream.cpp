@@ -35,10 +35,4 @@ void CVessaBinaryOutputStream::SendBlock() {
   DropResult();
 }
 
-Status WriteTag(CVessaBinaryOutputStream& output, ByteOrder order, Tag tag) {
-  std::array<std::uint8_t, 4> bytes;
-  EncodeTag(order, tag, bytes);
-  return RaiseIfNegative(output.WriteBytes(bytes));
-}
-
 }  // namespace vessa

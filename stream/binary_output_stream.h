@@ -52,6 +52,10 @@ class CVessaBinaryOutputStream {
 /// Appends the 4 bytes of a tag, each half in the given order.
 /// @return  0; a failure is thrown
 /// @throws CDecomposeException  the order is neither 0 nor 1, or the host failed
-Status WriteTag(CVessaBinaryOutputStream& output, ByteOrder order, Tag tag);
+inline Status WriteTag(CVessaBinaryOutputStream& output, ByteOrder order, Tag tag) {
+  std::array<std::uint8_t, 4> bytes;
+  EncodeTag(order, tag, bytes);
+  return RaiseIfNegative(output.WriteBytes(bytes));
+}
 
 }  // namespace vessa
