@@ -6,19 +6,23 @@ namespace {
 Answers* g_keeper = nullptr;
 const vessa::HostServices* g_host = nullptr;
 
-/// The table's types are the host's; nobody writes through them.
-void* Writable(const void* text) { return const_cast<void*>(text); }
-
 }  // namespace
+
+template <class Text>
+std::uint32_t Answers::Texts<Text>::Keep(const Text& text) {
+  const auto [place, is_new] = places.try_emplace(text, static_cast<std::uint32_t>(all.size()));
+  if (is_new) all += text;
+  return place->second;
+}
 
 void Answers::KeepText(int length, const unsigned char* text) {
   const std::string copy(reinterpret_cast<const char*>(text), static_cast<std::size_t>(length));
-  answers_.push_back({length, Writable(texts_.insert(copy).first->data())});
+  answers_.push_back({length, texts_.Keep(copy)});
 }
 
 void Answers::KeepText(int length, const std::uint16_t* text) {
   const std::u16string copy(reinterpret_cast<const char16_t*>(text), static_cast<std::size_t>(length));
-  answers_.push_back({length, Writable(wide_texts_.insert(copy).first->data())});
+  answers_.push_back({length, wide_texts_.Keep(copy)});
 }
 
 /// Those that hand something out: pass on, then keep.
@@ -60,6 +64,8 @@ const vessa::HostServices* Answers::KeepFrom(const vessa::HostServices* host) {
 
 struct AnsweringCallbacks {
   static const Answers::Answer* next;
+  static unsigned char* texts;
+  static std::uint16_t* wide_texts;
 
   static int ConvertResult(int type, void* receiver) {
     if (type == vessa::kConvertToInteger) {
@@ -75,12 +81,12 @@ struct AnsweringCallbacks {
   }
   static int PopString(int* length, unsigned char** text) {
     *length = next->number;
-    *text = static_cast<unsigned char*>(next++->text);
+    *text = texts + next++->text_at;
     return 0;
   }
   static int PopWideString(int* length, std::uint16_t** text) {
     *length = next->number;
-    *text = static_cast<std::uint16_t*>(next++->text);
+    *text = wide_texts + next++->text_at;
     return 0;
   }
 
@@ -102,8 +108,12 @@ struct AnsweringCallbacks {
 };
 
 const Answers::Answer* AnsweringCallbacks::next = nullptr;
+unsigned char* AnsweringCallbacks::texts = nullptr;
+std::uint16_t* AnsweringCallbacks::wide_texts = nullptr;
 
 const vessa::HostServices* Answers::AnswerAgain() {
+  AnsweringCallbacks::texts = reinterpret_cast<unsigned char*>(texts_.all.data());
+  AnsweringCallbacks::wide_texts = reinterpret_cast<std::uint16_t*>(wide_texts_.all.data());
   static vessa::HostServices table{};
   table.convert_result = AnsweringCallbacks::ConvertResult;
   table.pop_integer = AnsweringCallbacks::PopInteger;

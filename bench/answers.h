@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 #include "host/binary_interface.h"
@@ -23,18 +23,28 @@ class Answers {
   void Rewind() const;
 
  private:
+  /// As small as can be: every call reads all of them, and that is no work of the library's.
   struct Answer {
-    int number = 0;        ///< or the length of the text
-    void* text = nullptr;  ///< one copy of each that came
+    int number = 0;             ///< or the length of the text
+    std::uint32_t text_at = 0;  ///< where the text is among the others
   };
 
-  void Keep(int number) { answers_.push_back({number, nullptr}); }
+  /// One copy of each text that came, end to end.
+  template <class Text>
+  struct Texts {
+    std::uint32_t Keep(const Text& text);
+
+    Text all;
+    std::unordered_map<Text, std::uint32_t> places;
+  };
+
+  void Keep(int number) { answers_.push_back({number, 0}); }
   void KeepText(int length, const unsigned char* text);
   void KeepText(int length, const std::uint16_t* text);
 
   std::vector<Answer> answers_;
-  std::unordered_set<std::string> texts_;
-  std::unordered_set<std::u16string> wide_texts_;
+  Texts<std::string> texts_;
+  Texts<std::u16string> wide_texts_;
   friend struct KeepingCallbacks;
   friend struct AnsweringCallbacks;
 };

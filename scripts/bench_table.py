@@ -10,6 +10,7 @@ import sys
 
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 REFERENCE = "library"
+NOTE = "stand-in host"  # what the benchmarks tell of it
 
 
 def medians(report):
@@ -58,6 +59,7 @@ def main(path):
         print(work)
         for who, row in rows.items():
             print(line(who, row, rows.get(REFERENCE, row)))
+    print(f"The {NOTE} {report['context'][NOTE]}.")
 
 
 if __name__ == "__main__":
