@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <mutex>
 #include <stdexcept>
 #include <utility>
 
 #include "emulator/call_watcher.h"
 #include "emulator/host.h"
+#include "emulator/platform/only_call.h"
 #include "emulator/platform/shared_object.h"
 #include "emulator/turn.h"
 
@@ -33,13 +33,6 @@ ListResult ResultOf(std::int32_t returned, const vessa::HostString& buffer) {
   result.values.erase(result.values.begin());
   if (result.status != 0 && !result.values.empty()) result.message = AsWideText(result.values.front().value);
   return result;
-}
-
-/// Held through every call-out: only one may run at a time in a process. A call from inside an event of another, on the
-/// same thread, is part of that one.
-std::unique_lock<std::recursive_mutex> OnlyCall() {
-  static std::recursive_mutex running;
-  return std::unique_lock(running);
 }
 
 template <class Entry>
@@ -89,7 +82,7 @@ const vessa::CallOutRow& Library::Row(std::string_view name, std::string_view ty
 
 template <class Entry>
 std::int32_t Library::Make(const CallOut& call, const Entry& entry) const {
-  const auto only_call = OnlyCall();
+  const OnlyCall only_call;
   if (watcher_ == nullptr) return HandOver(entry);
   watcher_->OnCall(call);
   const auto start = std::chrono::steady_clock::now();

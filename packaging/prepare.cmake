@@ -36,7 +36,7 @@ function(prepare_archive)
   if(CPACK_VESSA_SYSTEM STREQUAL windows)
     execute_process(COMMAND ${objcopy} ${top}/vessa.exe COMMAND_ERROR_IS_FATAL ANY)
     copy_licences(${top}/licences libz-mingw-w64-dev libcli11-dev libfmt-dev nlohmann-json3-dev
-      gcc-mingw-w64-x86-64-posix mingw-w64-x86-64-dev)
+      gcc-mingw-w64-x86-64-win32 mingw-w64-x86-64-dev)
   else()
     copy_licences(${top}/licences libcli11-dev libfmt-dev nlohmann-json3-dev libstdc++-12-dev)
   endif()

@@ -21,7 +21,7 @@ PARTS = [
     ("fmt", "libfmt-dev", "MIT", {"linux", "windows"}, "STATIC_LINK", {"tool"}),
     ("nlohmann-json", "nlohmann-json3-dev", "MIT", {"linux", "windows"}, "STATIC_LINK", {"tool"}),
     ("libstdc++", "libstdc++-12-dev", "GPL-3.0-or-later WITH GCC-exception-3.1", {"linux"}, "STATIC_LINK", {"library"}),
-    ("libstdc++", "g++-mingw-w64-x86-64-posix", "GPL-3.0-or-later WITH GCC-exception-3.1", {"windows"}, "STATIC_LINK",
+    ("libstdc++", "g++-mingw-w64-x86-64-win32", "GPL-3.0-or-later WITH GCC-exception-3.1", {"windows"}, "STATIC_LINK",
      {"library", "tool"}),
     ("mingw-w64", "mingw-w64-x86-64-dev", "ZPL-2.1", {"windows"}, "STATIC_LINK", {"library", "tool"}),
 ]

@@ -13,7 +13,7 @@ set -eu
 try_packages='git cmake ninja-build g++ ccache zlib1g-dev libcli11-dev libfmt-dev nlohmann-json3-dev liblmdb-dev
   python3-pydicom'
 test_packages="$try_packages binutils clang-format clang-tidy dcmtk libgdcm-tools libgmock-dev libgtest-dev googletest
-  g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64"
+  g++-mingw-w64-x86-64-win32 libz-mingw-w64-dev wine wine64"
 package_packages="$test_packages dpkg-dev fakeroot lintian man-db unzip zip zsh"
 bench_packages="$try_packages libbenchmark-dev libdcmtk-dev"
 fuzz_packages='git cmake ninja-build ccache clang libclang-rt-14-dev zlib1g-dev'

@@ -70,8 +70,9 @@ constexpr CallOutRow kCallOuts[] = {
 };
 
 /// Where the compiler emulates storage of a thread, the first look at a thread's exceptions allocates it, and ends the
-/// process when there is no memory. That look is taken here, while the host still loads the library.
-void ReserveStorageForExceptions() { static_cast<void>(std::uncaught_exceptions()); }
+/// process when there is no memory. That look is taken here, while the host still loads the library. It is one that the
+/// compiler may not leave out, as it may std::uncaught_exceptions().
+void ReserveStorageForExceptions() { static_cast<void>(std::current_exception()); }
 
 }  // namespace
 

@@ -4,7 +4,7 @@
 #include "tests/callouts/decomposing.h"
 #include "tests/support/processor_time.h"
 #include "tests/support/resident_memory.h"
-#include "tests/support/small_stack.h"
+#include "tests/support/small_thread.h"
 
 // Data sets as deep and as long as an input likes.
 

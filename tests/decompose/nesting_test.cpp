@@ -1,6 +1,6 @@
 #include "tests/decompose/decomposition.h"
 #include "tests/support/processor_time.h"
-#include "tests/support/small_stack.h"
+#include "tests/support/small_thread.h"
 
 // Sequences in sequences, as deep as an input likes.
 

@@ -1,3 +1,0 @@
-#include "tests/allocation/runtime_reserve.h"
-
-bool ThrowsWithoutAnyMemory() { return false; }
