@@ -22,7 +22,7 @@ inline std::size_t CVessaBinaryInputStream::FetchLookAhead(std::uint64_t unwante
   const std::span<const std::uint8_t> bytes = PopString();
   // Of more than was asked for the rest comes again: only what is used is skipped.
   const std::size_t filled = std::min(bytes.size(), look_ahead_bytes_);
-  const std::size_t passed = static_cast<std::size_t>(std::min<std::uint64_t>(unwanted, filled));
+  const auto passed = static_cast<std::size_t>(std::min<std::uint64_t>(unwanted, filled));
   std::copy_n(bytes.data() + passed, filled - passed, look_ahead_.get() + passed);
   next_ = look_ahead_.get();
   behind_ = next_ + filled;
