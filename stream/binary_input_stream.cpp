@@ -79,7 +79,7 @@ Status CVessaBinaryInputStream::Transfer(std::uint64_t count, std::uint8_t* dest
   std::size_t available = Available();
   while (remaining > 0 && !at_end_) {
     if (available == 0) available = Fill();
-    const std::size_t take = static_cast<std::size_t>(std::min<std::uint64_t>(remaining, available));
+    const auto take = static_cast<std::size_t>(std::min<std::uint64_t>(remaining, available));
     if (destination != nullptr) destination = std::copy_n(next_, take, destination);
     Take(take);
     remaining -= take;

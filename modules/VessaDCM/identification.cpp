@@ -2,6 +2,6 @@
 // refers to it; the linker is told to keep it.
 
 extern "C" {
-extern const char vessa_identification[];
-const char vessa_identification[] = "@(#)VessaDCM " VESSA_VERSION " commit " VESSA_COMMIT;
+extern const char kVessaIdentification[];
+const char kVessaIdentification[] = "@(#)VessaDCM " VESSA_VERSION " commit " VESSA_COMMIT;
 }
