@@ -67,7 +67,8 @@ std::string_view DataCursor::Window(std::uint64_t offset, std::size_t bytes) {
     window_ = AsBytes(stream_.Call("Read", count));
     window_offset_ = offset;
   }
-  return std::string_view(window_).substr(static_cast<std::size_t>(offset - window_offset_), bytes);
+  const std::string_view window = window_;
+  return window.substr(static_cast<std::size_t>(offset - window_offset_), bytes);
 }
 
 /// The library loads its look-ahead anew where it is used up, and where a tag that it peeks at is not all in it.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -54,10 +55,7 @@ class FindingList {
 
   const Finding& Of(FindingKind kind) const { return findings_[static_cast<std::size_t>(kind)]; }
   bool IsEmpty() const {
-    for (const Finding& finding : findings_) {
-      if (finding.count > 0) return false;
-    }
-    return true;
+    return std::ranges::all_of(findings_, [](const Finding& finding) { return finding.count == 0; });
   }
 
  private:

@@ -45,7 +45,7 @@ std::string FragmentsEndWithLength(std::uint32_t length) {
 }
 
 std::string Message(const std::string& text) {
-  const std::string message = text.empty() ? kStage : text + " - " + kStage;
+  std::string message = text.empty() ? kStage : text + " - " + kStage;
   if (message.size() <= kMostCharacters) return message;
   return std::string("Return value exceeded Maximum String Length - ") + kStage;
 }

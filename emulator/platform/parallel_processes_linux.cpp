@@ -21,17 +21,16 @@ namespace {
   try {
     body(number);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
+    static_cast<void>(std::fprintf(stderr, "%s\n", error.what()));
     _exit(EXIT_FAILURE);
   }
-  std::fflush(nullptr);
-  _exit(EXIT_SUCCESS);
+  _exit(std::fflush(nullptr) == 0 ? EXIT_SUCCESS : EXIT_FAILURE);
 }
 
 }  // namespace
 
 void RunInProcesses(int count, const std::function<void(int)>& body) {
-  std::fflush(nullptr);  // what is buffered must be written by one process only
+  static_cast<void>(std::fflush(nullptr));  // what is buffered must be written by one process only
   const pid_t parent = getpid();
   std::vector<pid_t> children;
   int error = 0;

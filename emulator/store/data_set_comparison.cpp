@@ -35,12 +35,8 @@ class Comparison {
   std::optional<std::string> Run() {
     Enter(0, source_.size(), 0, written_.size());
     while (!levels_.empty()) {
-      LevelPair& pair = levels_.back();
-      if (pair.IsDone()) {
-        levels_.pop_back();
-      } else if (const std::string difference = CompareNext(pair); !difference.empty()) {
-        return Path() + ": " + difference;
-      }
+      const std::string difference = CompareNext(levels_.back());
+      if (!difference.empty()) return Path() + ": " + difference;
     }
     return std::nullopt;
   }
@@ -53,8 +49,6 @@ class Comparison {
     std::size_t written_at = 0;
     std::uint32_t tag = 0;  // of that entry
     Kind kind = Kind::kElement;
-
-    bool IsDone() const { return source_at == source.size() && written_at == written.size(); }
   };
 
   void Enter(std::size_t source, std::size_t source_end, std::size_t written, std::size_t written_end) {
@@ -64,21 +58,37 @@ class Comparison {
     levels_.push_back(std::move(pair));
   }
 
-  /// Compares one pair of entries, and goes down into them; empty when there is no difference.
+  /// Has the pair of levels stand behind the entry at this place of one of them.
+  static void Stand(LevelPair& pair, const Entry& entry, std::size_t& at) {
+    pair.tag = entry.tag;
+    pair.kind = entry.kind;
+    ++at;
+  }
+
+  /// The entry at this place of a level; null behind the last one.
+  static const Entry* EntryAt(const Entries& entries, const std::vector<std::size_t>& level, std::size_t at) {
+    return at < level.size() ? &entries[level[at]] : nullptr;
+  }
+
+  /// Compares one pair of entries, and goes down into them, or up at the end of both levels; empty when there is no
+  /// difference.
   std::string CompareNext(LevelPair& pair) {
-    const Entry* const source =
-        pair.source_at < pair.source.size() ? &source_[pair.source[pair.source_at]] : nullptr;
-    const Entry* const written =
-        pair.written_at < pair.written.size() ? &written_[pair.written[pair.written_at]] : nullptr;
-    const bool source_comes_first = written == nullptr || (source != nullptr && source->tag <= written->tag);
-    const Entry& shown = source_comes_first ? *source : *written;
-    pair.tag = shown.tag;
-    pair.kind = shown.kind;
-    if (source == nullptr || written == nullptr || source->tag != written->tag) {
-      ++(source_comes_first ? pair.source_at : pair.written_at);
-      return source_comes_first ? "is missing in what was written" : "was written, and is not in the source";
+    const Entry* const source = EntryAt(source_, pair.source, pair.source_at);
+    const Entry* const written = EntryAt(written_, pair.written, pair.written_at);
+    if (source != nullptr && (written == nullptr || source->tag < written->tag)) {
+      Stand(pair, *source, pair.source_at);
+      return "is missing in what was written";
     }
-    const std::size_t source_index = pair.source[pair.source_at++];
+    if (written != nullptr && (source == nullptr || written->tag < source->tag)) {
+      Stand(pair, *written, pair.written_at);
+      return "was written, and is not in the source";
+    }
+    if (source == nullptr) {
+      levels_.pop_back();
+      return {};
+    }
+    Stand(pair, *source, pair.source_at);
+    const std::size_t source_index = pair.source[pair.source_at - 1];
     const std::size_t written_index = pair.written[pair.written_at++];
     std::string difference = Difference(*source, *written);
     if (difference.empty()) Enter(source_index + 1, source->end, written_index + 1, written->end);
