@@ -165,7 +165,10 @@ char* WriteNumberOrText(std::string_view text, char* out) {
 }
 
 char* WriteSubscript(std::int64_t number, char* out) {
-  if (number <= 0) return WriteSubscript(std::string_view(std::to_string(number)), out);
+  if (number <= 0) {
+    const std::string text = std::to_string(number);
+    return WriteSubscript(text, out);
+  }
   char* const digits = out + kDigitsAt;
   char* const end = std::to_chars(digits, digits + kMostIntegerDigits, number).ptr;
   WriteExponent(static_cast<int>(end - digits), out);
