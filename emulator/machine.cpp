@@ -156,8 +156,8 @@ void Machine::ConvertToCountedString(const Value& result, void* receiver) {
   const std::size_t capacity = string.count;
   if (capacity > vessa::HostString::kCapacity) throw HostError{kInvalidArgument};
   const auto* text = std::get_if<std::string>(&result);
-  if (text == nullptr) AssignBytes(result, converted_);
-  const std::string& bytes = text != nullptr ? *text : converted_;
+  if (text == nullptr) AssignBytes(result, bytes_.Place());
+  const std::string& bytes = text != nullptr ? *text : bytes_.Place();
   const std::size_t fitting = std::min(bytes.size(), capacity);
   std::copy_n(bytes.begin(), fitting, string.bytes);
   string.count = static_cast<std::uint16_t>(fitting);
@@ -172,31 +172,33 @@ std::int32_t Machine::PopInteger() {
 
 std::string& Machine::PopBytes() {
   Value& result = stack_.TopResult(kInvalidArgument);
-  bytes_ = std::get_if<std::string>(&result);
-  if (bytes_ == nullptr) bytes_ = &result.emplace<std::string>(AsBytes(result));
+  if (auto* const text = std::get_if<std::string>(&result)) {
+    bytes_.Place().swap(*text);
+  } else {
+    AssignBytes(result, bytes_.Place());
+  }
   stack_.Drop();
-  return *bytes_;
+  return bytes_.Place();
 }
 
 std::vector<std::uint16_t>& Machine::PopUnits() {
   const Value& result = stack_.TopResult(kInvalidArgument);
   if (const auto* const text = std::get_if<std::string>(&result)) {
     const auto* const bytes = reinterpret_cast<const unsigned char*>(text->data());
-    units_.assign(bytes, bytes + text->size());
+    units_.Place().assign(bytes, bytes + text->size());
   } else {
     const std::u16string wide = AsWideText(result);
-    units_.assign(wide.begin(), wide.end());
+    units_.Place().assign(wide.begin(), wide.end());
   }
   stack_.Drop();
-  return units_;
+  return units_.Place();
 }
 
 // --- Housekeeping ------------------------------------------------------------------------------------------------
 
 void Machine::ScribbleAll() {
-  if (bytes_ != nullptr) ScribbleText(*bytes_);
-  bytes_ = nullptr;
-  ScribbleText(units_);
+  bytes_.Scribble();
+  units_.Scribble();
 }
 
 std::string_view Machine::MethodBegun() const {

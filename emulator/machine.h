@@ -63,10 +63,7 @@ class Machine {
   void Scribble() {
     if (scribbling_) ScribbleAll();
   }
-  void SetScribbling(bool on) {
-    scribbling_ = on;
-    bytes_ = nullptr;
-  }
+  void SetScribbling(bool on) { scribbling_ = on; }
   /// The method that InvokeMethod would call; empty when there is none.
   std::string_view MethodBegun() const;
 
@@ -84,9 +81,8 @@ class Machine {
   Host& host_;
   ValueStack stack_;
   LongStrings long_strings_;
-  std::string* bytes_ = nullptr;  ///< handed out by the last pop, in its place above the stack; null for none
-  std::vector<std::uint16_t> units_;  ///< the same of 16-bit text
-  std::string converted_;
+  HandedOutText<std::string> bytes_;
+  HandedOutText<std::vector<std::uint16_t>> units_;
   std::string global_;  ///< pushed last, and the key that it makes: most references are to one global
   std::string global_key_;
   bool scribbling_ = true;

@@ -82,7 +82,7 @@ const MemoryGlobals::Position& MemoryGlobals::Seek(std::string_view key) const {
   return recent_.front();
 }
 
-/// Moves a position to the key if that is in the same page or in the one behind it.
+/// Moves a position to the key if that is in the same page or in the one behind it; otherwise it ends somewhere.
 bool MemoryGlobals::MoveNear(std::string_view key, Position& position) const {
   auto& [page, place] = position;
   place = page->second.Seek(key, place.index);

@@ -26,7 +26,7 @@ std::uint64_t BigEndian(const char* bytes) {
 
 NodePage::Place NodePage::Seek(std::string_view key, std::size_t near) const {
   if (IsEmpty()) return {};
-  const std::string_view common = std::string_view(nodes_.front().key).substr(0, common_);
+  const std::string_view common = std::string_view{nodes_.front().key}.substr(0, common_);
   if (const int order = key.substr(0, common_).compare(common); order != 0) {
     return {order < 0 ? 0 : Size(), false, false};
   }
