@@ -8,7 +8,7 @@ namespace {
 
 /// Of the environment; empty when it is not set.
 std::string Variable(const char* name) {
-  const char* const value = std::getenv(name);
+  const char* const value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): one thread
   return value == nullptr ? "" : value;
 }
 
