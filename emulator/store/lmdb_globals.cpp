@@ -9,7 +9,9 @@ namespace emulator {
 namespace {
 
 /// LMDB takes all bytes through one structure, those that it only reads as well.
-MDB_val ReadOnly(std::string_view bytes) { return {bytes.size(), const_cast<char*>(bytes.data())}; }
+MDB_val ReadOnly(std::string_view bytes) {
+  return {bytes.size(), const_cast<char*>(bytes.data())};  // NOLINT(cppcoreguidelines-pro-type-const-cast)
+}
 
 std::string_view BytesOf(const MDB_val& value) {
   return {static_cast<const char*>(value.mv_data), value.mv_size};

@@ -25,6 +25,8 @@ class LmdbGlobals : public Globals {
  public:
   LmdbGlobals(std::shared_ptr<const LmdbEnvironment> environment, Access access);
   ~LmdbGlobals() override;
+  LmdbGlobals(const LmdbGlobals&) = delete;
+  LmdbGlobals& operator=(const LmdbGlobals&) = delete;
 
   /// Keeps what was changed, on disk. Ends the transaction: no function may be called afterwards.
   void Commit();

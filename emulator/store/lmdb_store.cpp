@@ -18,6 +18,8 @@ class LmdbTransaction : public StoreTransaction {
   ~LmdbTransaction() override {
     for (const auto& file : created_) files_.Remove(file.name);
   }
+  LmdbTransaction(const LmdbTransaction&) = delete;
+  LmdbTransaction& operator=(const LmdbTransaction&) = delete;
 
   std::shared_ptr<Globals> Nodes() override { return nodes_; }
 
