@@ -27,7 +27,7 @@ const char* NameOfOutcome(Outcome outcome) {
 
 std::string OutcomeText(const FileReport& report) {
   const Prediction& prediction = report.prediction;
-  const std::string message = PrintableAscii(prediction.message);
+  std::string message = PrintableAscii(prediction.message);
   const std::string place = PlaceText(prediction.offset, prediction.is_at_end, prediction.path);
   switch (prediction.outcome) {
     case Outcome::kSucceeds:
