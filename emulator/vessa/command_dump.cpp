@@ -1,5 +1,8 @@
 #include <fmt/format.h>
 
+#include <string>
+#include <string_view>
+
 #include "emulator/path_text.h"
 #include "emulator/platform/standard_streams.h"
 #include "emulator/vessa/commands.h"
@@ -14,7 +17,7 @@ namespace emulator::tool {
 namespace {
 
 /// An item's tag in the place of an element's, which ends a call at once.
-const std::string kItemInWrongPlace("\xFE\xFF\x00\xE0\0\0\0\0", 8);
+constexpr std::string_view kItemInWrongPlace("\xFE\xFF\x00\xE0\0\0\0\0", 8);
 
 class DumpCommand : public Command {
  public:
@@ -65,7 +68,8 @@ class DumpCommand : public Command {
     if (!until_.empty())
       stop = [last = dictionary.TagNamed(until_)](std::uint32_t tag) { return tag > last; };
     const std::string waiting = keeps_going_ ? PlaceOfEndlessWait(session, task.path) : std::string();
-    const DicomFile file = file_.Open(task.path, waiting.empty() ? std::string() : kItemInWrongPlace);
+    const DicomFile file =
+        file_.Open(task.path, std::string(waiting.empty() ? std::string_view() : kItemInWrongPlace));
     if (task.is_named && !is_json_) PrintFileName(session.Out(), task.path, false);
     try {
       if (is_json_) {
