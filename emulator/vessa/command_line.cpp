@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <sstream>
 #include <system_error>
+#include <utility>
 
 #include "emulator/platform/standard_streams.h"
 #include "emulator/platform/supervised_process.h"
@@ -61,8 +62,8 @@ int PrintHelp(const std::string& text) {
 
 CommandLine::CommandLine() : CommandLine(Settings{DefaultLibraryPath(), Settings::kTimeoutSeconds, {}}) {}
 
-CommandLine::CommandLine(const Settings& settings)
-    : app_(kDescription, "vessa"), settings_(settings), commands_(AllCommands()) {
+CommandLine::CommandLine(Settings settings)
+    : app_(kDescription, "vessa"), settings_(std::move(settings)), commands_(AllCommands()) {
   app_.footer(kExamples);
   app_.require_subcommand(1);
   app_.fallthrough();

@@ -14,7 +14,7 @@ class CommandLine {
  public:
   CommandLine();
   /// One inside another command line, which says what holds unless this one says otherwise.
-  explicit CommandLine(const Settings& settings);
+  explicit CommandLine(Settings settings);
 
   /// Throws CLI::ParseError, which stands for a request for help as well; Answer tells them apart.
   void Parse(std::vector<std::string> arguments);
