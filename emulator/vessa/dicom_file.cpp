@@ -58,9 +58,10 @@ DicomFile::PositionedStream DicomFile::OpenDataSet(Session& session, ContentSink
                     has_preamble_ ? "group 0002 names no transfer syntax"
                                   : "no preamble with \"DICM\", so no group 0002"));
   }
-  if (syntax == kDeflated)
+  if (syntax == kDeflated) {
     return {input_.path + " (inflated)",
             WithMoreBytes(InflatedStream(*stream, input_.path, input_.most_output)), syntax};
+  }
   return {input_.path, stream, syntax};
 }
 
