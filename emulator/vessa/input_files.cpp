@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
+#include <utility>
 
 #include "emulator/vessa/printable_text.h"
 
@@ -56,29 +58,38 @@ class FileFinder {
     files_.push_back({Utf8(path), error ? 0 : static_cast<std::uint64_t>(bytes), {}});
   }
 
+  /// All files of the folder and of those in it, in the order of their paths. Links to folders are not followed.
   void AddFolder(const fs::path& folder) {
-    for (const fs::path& entry : EntriesOf(folder)) {
+    std::vector<fs::path> waiting = EntriesOf(folder);
+    std::reverse(waiting.begin(), waiting.end());  // the next one stands last
+    while (!waiting.empty()) {
+      const fs::path entry = std::move(waiting.back());
+      waiting.pop_back();
       std::error_code error;
       if (fs::is_directory(fs::symlink_status(entry, error))) {
-        AddFolder(entry);
+        const std::vector<fs::path> inside = EntriesOf(entry);
+        waiting.insert(waiting.end(), inside.rbegin(), inside.rend());
       } else if (fs::is_regular_file(entry, error)) {
         AddFile(entry);
       }
     }
   }
 
-  /// What `pattern`, whose first name may be the only one, stands for inside `folder`.
-  void AddMatches(const fs::path& folder, const fs::path& pattern) {
-    const fs::path name = *pattern.begin();
-    fs::path rest;
-    for (auto part = std::next(pattern.begin()); part != pattern.end(); ++part) rest /= *part;
-    for (const fs::path& match : MatchesIn(folder, name)) {
-      if (rest.empty()) {
-        AddNamed(match);
-      } else if (IsFolder(match)) {
-        AddMatches(match, rest);
+  /// What `pattern`, whose names may each be patterns, stands for inside `root`.
+  void AddMatches(const fs::path& root, const fs::path& pattern) {
+    std::vector<fs::path> found{root};
+    for (const fs::path& name : pattern) {
+      std::vector<fs::path> inside;
+      for (const fs::path& folder : found) {
+        if (folder == root || IsFolder(folder)) Append(MatchesIn(folder, name), inside);
       }
+      found = std::move(inside);
     }
+    for (const fs::path& match : found) AddNamed(match);
+  }
+
+  static void Append(std::vector<fs::path> paths, std::vector<fs::path>& all) {
+    std::move(paths.begin(), paths.end(), std::back_inserter(all));
   }
 
   std::vector<fs::path> MatchesIn(const fs::path& folder, const fs::path& name) {

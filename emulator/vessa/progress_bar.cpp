@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <string>
 
@@ -17,8 +18,8 @@ constexpr std::uint64_t kShownEvery = 100;         // milliseconds
 constexpr std::uint64_t kEnoughToEstimate = 1000;  // milliseconds
 
 void WriteToTerminal(const std::string& text) {
-  std::fwrite(text.data(), 1, text.size(), stderr);
-  std::fflush(stderr);
+  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
+  static_cast<void>(std::fflush(stderr));
 }
 
 std::string RateText(double bytes_a_second) {
@@ -27,8 +28,8 @@ std::string RateText(double bytes_a_second) {
 }
 
 std::string TimeText(double seconds) {
-  constexpr std::uint64_t kMinute = 60;
-  const auto whole = static_cast<std::uint64_t>(seconds + 0.5);
+  constexpr long long kMinute = 60;
+  const auto whole = std::llround(seconds);
   return whole < kMinute ? fmt::format("{} s left", whole)
                          : fmt::format("{}:{:02} min left", whole / kMinute, whole % kMinute);
 }

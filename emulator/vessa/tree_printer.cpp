@@ -139,7 +139,7 @@ void TreePrinter::PrintPending() {
 }
 
 std::string TreePrinter::Margin(std::uint64_t offset) const {
-  const std::string indentation(std::min(2 * depth_, kDeepestIndentation), ' ');
+  std::string indentation(std::min(2 * depth_, kDeepestIndentation), ' ');
   if (!layout_.has_offsets) return indentation;
   return fmt::format("{:>{}}  {}", offset, kOffsetColumns - 2, indentation);
 }
