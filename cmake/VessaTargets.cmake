@@ -100,9 +100,7 @@ function(vessa_test name)
     return()
   endif()
   add_executable(${name}_test ${sources})
-  target_link_libraries(${name}_test PRIVATE vessa_options ${ARG_LINK} GTest::gmock GTest::gtest_main)
-  target_compile_definitions(${name}_test PRIVATE
-    VESSA_LIBRARY_PATH="$<TARGET_FILE:VessaDCM>" VESSA_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+  target_link_libraries(${name}_test PRIVATE vessa_options ${ARG_LINK} vessa_test_support GTest::gmock GTest::gtest_main)
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # g++ 12 finds writes out of bounds inside std::vector's own insert, where tests build bytes out of constants.
     target_compile_options(${name}_test PRIVATE -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)

@@ -5,6 +5,7 @@
 
 #include "emulator/platform/shared_object.h"
 #include "tests/callouts/decomposing.h"
+#include "tests/support/paths.h"
 #include "tests/support/small_thread.h"
 
 // Argument lists that are malformed, values that fit nowhere, calls at the wrong time.
@@ -164,7 +165,7 @@ class NoCallbackTable {
     EXPECT_EQ(give(nullptr, table), TheLibrary().Table());
   }
 
-  SharedObject object_{VESSA_LIBRARY_PATH};  // the one that is loaded already
+  SharedObject object_{kLibraryPath};  // the one that is loaded already
 };
 
 TEST_F(HostileArguments, WithoutACallbackTableEveryCallbackHasFailed) {

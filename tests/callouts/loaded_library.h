@@ -11,12 +11,13 @@
 #include "emulator/library.h"
 #include "emulator/list.h"
 #include "tests/callouts/next_call.h"
+#include "tests/support/paths.h"
 
 namespace emulator {
 
 /// The library under test, loaded once and called as the host calls it.
 inline const Library& TheLibrary() {
-  static const Library library = Library::Load(VESSA_LIBRARY_PATH);
+  static const Library library = Library::Load(kLibraryPath);
   return library;
 }
 

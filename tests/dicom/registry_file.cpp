@@ -3,10 +3,12 @@
 #include <fstream>
 #include <sstream>
 
+#include "tests/support/paths.h"
+
 namespace {
 
 std::vector<RegistryLine> ReadLines() {
-  std::ifstream file(VESSA_SOURCE_DIR "/dicom/registry.tsv", std::ios::binary);
+  std::ifstream file(std::string(kSourceFolder) + "/dicom/registry.tsv", std::ios::binary);
   std::vector<RegistryLine> lines;
   for (std::string text; std::getline(file, text);) {
     std::istringstream fields(text);

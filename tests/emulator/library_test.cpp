@@ -9,6 +9,7 @@
 #include "emulator/event_log.h"
 #include "emulator/host.h"
 #include "emulator/stream_object.h"
+#include "tests/support/paths.h"
 
 namespace emulator {
 namespace {
@@ -23,7 +24,7 @@ std::string LoadFailure(const std::string& path) {
 }
 
 TEST(Library, HandsOutItsTable) {
-  const Library library = Library::Load(VESSA_LIBRARY_PATH);
+  const Library library = Library::Load(kLibraryPath);
   ASSERT_NE(library.Table(), nullptr);
   EXPECT_STREQ(library.Table()->name, "zfPLACEHOLDER");
   ASSERT_NE(library.Find("zfTagInfo"), nullptr);
@@ -45,7 +46,7 @@ TEST(Library, SaysThatAFileIsNoLibrary) {
 }
 
 TEST(Library, RefusesCallsThatDoNotFitTheTable) {
-  const Library library = Library::Load(VESSA_LIBRARY_PATH);
+  const Library library = Library::Load(kLibraryPath);
   vessa::HostString buffer{};
   EXPECT_THROW(library.Call("zfNothing", buffer), std::invalid_argument);
   EXPECT_THROW(library.Call("zfTagInfo", 1, 2, 3), std::invalid_argument);
@@ -57,7 +58,7 @@ TEST(Library, RefusesCallsThatDoNotFitTheTable) {
 
 TEST(Library, CallsWithEveryKindOfArguments) {
   const Host host;
-  const Library library = Library::Load(VESSA_LIBRARY_PATH);
+  const Library library = Library::Load(kLibraryPath);
   vessa::HostString buffer{};
   EXPECT_EQ(library.Call("zfPLACEHOLDER", buffer), 0);
   EXPECT_EQ(library.Call("zfDICOMServer"), -1);
@@ -72,7 +73,7 @@ TEST(Library, CallsWithEveryKindOfArguments) {
 
 TEST(Library, ReadsTheResultListOfASuccess) {
   const Host host;
-  const Library library = Library::Load(VESSA_LIBRARY_PATH);
+  const Library library = Library::Load(kLibraryPath);
   const ListResult result = library.CallList("zfTagInfo", ListBuilder().Integer(0x00100010));
   EXPECT_TRUE(result.Succeeded());
   EXPECT_EQ(result.message, u"");
@@ -81,7 +82,7 @@ TEST(Library, ReadsTheResultListOfASuccess) {
 
 TEST(Library, ReadsTheMessageOfAFailure) {
   const Host host;
-  const Library library = Library::Load(VESSA_LIBRARY_PATH);
+  const Library library = Library::Load(kLibraryPath);
   const ListResult result = library.CallList("zfTagInfo", ListBuilder().Raw("\xFF"));
   EXPECT_FALSE(result.Succeeded());
   EXPECT_EQ(result.returned, 0);
@@ -91,7 +92,7 @@ TEST(Library, ReadsTheMessageOfAFailure) {
 
 TEST(Library, DecomposesAStreamIntoAnEventLog) {
   Host host;
-  const Library library = Library::Load(VESSA_LIBRARY_PATH);
+  const Library library = Library::Load(kLibraryPath);
   const auto log = std::make_shared<EventLog>();
   // (0010,0010) PN, 8 bytes, explicit VR little endian
   const auto stream =

@@ -11,6 +11,7 @@
 #include "emulator/stream_object.h"
 #include "tests/emulator/host_calls.h"
 #include "tests/support/dicom_bytes.h"
+#include "tests/support/paths.h"
 
 namespace emulator {
 namespace {
@@ -123,7 +124,7 @@ const dicom_bytes::DataSetBytes kExplicit(dicom_bytes::VrForm::kExplicit);
 
 /// Asks the library about a tag at each event, as handlers may.
 std::string RecordDecomposition(FaultPlan faults = {}) {
-  Library library = Library::Load(VESSA_LIBRARY_PATH);
+  Library library = Library::Load(kLibraryPath);
   Host host;
   host.faults() = std::move(faults);
   Recorder recorder(host);
@@ -143,7 +144,7 @@ std::string RecordDecomposition(FaultPlan faults = {}) {
 std::optional<ReplayDifference> Play(const std::string& recording, std::uint64_t* calls = nullptr) {
   std::istringstream text(recording);
   ReplayHost replay(text);
-  const Library library = Library::Load(VESSA_LIBRARY_PATH, ReplayHost::Table());
+  const Library library = Library::Load(kLibraryPath, ReplayHost::Table());
   std::optional<ReplayDifference> difference = replay.Play(library);
   if (calls != nullptr) *calls = replay.Calls();
   return difference;

@@ -13,6 +13,7 @@
 #include "emulator/stream_object.h"
 #include "tests/store/node_list.h"
 #include "tests/support/dicom_bytes.h"
+#include "tests/support/paths.h"
 
 namespace emulator {
 namespace {
@@ -22,7 +23,7 @@ namespace d = dicom_bytes;
 const std::string kId = "1.2.3";
 
 const Library& TheLibrary() {
-  static const Library library = Library::Load(VESSA_LIBRARY_PATH);
+  static const Library library = Library::Load(kLibraryPath);
   return library;
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/paths.h"
 #include "tests/vdoc/reference_parsing.h"
 
 // Every row of the dictionary's source, named by keyword and by tag.
@@ -21,7 +22,7 @@ struct Row {
 
 // Tag, keyword, VR and VM, a tab between each.
 std::vector<Row> ReadRegistry() {
-  std::ifstream file(VESSA_SOURCE_DIR "/dicom/registry.tsv");
+  std::ifstream file(std::string(kSourceFolder) + "/dicom/registry.tsv");
   std::vector<Row> rows;
   for (std::string line; std::getline(file, line);) {
     std::istringstream fields(line);

@@ -45,7 +45,7 @@ TEST(Call, TakesArgumentsOfEachType) {
 
 TEST(Call, EncodesArgumentsAsTheHostDoes) {
   const auto encoded = [](const char* argument) {
-    return RunTool({"--library", VESSA_FAULTY_LIBRARY_PATH, "call", "echo", argument}).output;
+    return RunTool({"--library", kFaultyLibraryPath, "call", "echo", argument}).output;
   };
   const auto expected = [](const std::string& bytes) { return "integer  0\nstring   \"" + bytes + "\"\n"; };
   EXPECT_EQ(encoded("i:258"), expected("\\x04\\x04\\x02\\x01"));
@@ -76,7 +76,7 @@ TEST(Call, PrintsTheMessageOfAFailure) {
 }
 
 TEST(Call, NeverSendsControlCharactersToTheTerminal) {
-  const ToolRun run = RunTool({"--library", VESSA_FAULTY_LIBRARY_PATH, "call", "terminal"});
+  const ToolRun run = RunTool({"--library", kFaultyLibraryPath, "call", "terminal"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_EQ(run.errors, "vessa: a\\x1B[2J\\xC2\\x9Bb\n");
 }

@@ -10,7 +10,7 @@ using testing::StartsWith;
 namespace {
 
 ToolRun CallFaulty(const std::string& name, const std::string& timeout = "10") {
-  return RunTool({"--library", VESSA_FAULTY_LIBRARY_PATH, "--timeout", timeout, "call", name});
+  return RunTool({"--library", kFaultyLibraryPath, "--timeout", timeout, "call", name});
 }
 
 TEST(ExitCode, IsZeroWhenAllWentWell) { EXPECT_EQ(RunTool({"table"}).exit_code, 0); }

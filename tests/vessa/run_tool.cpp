@@ -38,6 +38,8 @@ std::string ReadFile(const std::string& path) {
 
 }  // namespace
 
+const char* const kFaultyLibraryPath = VESSA_FAULTY_LIBRARY_PATH;
+
 std::string PathOf(const std::string& name) {
   static const TestFolder folder;
   return (folder.Path() / name).make_preferred().string();

@@ -12,6 +12,9 @@ struct ToolRun {
   std::string errors;
 };
 
+/// The path of a library that answers wrongly, never or not at all.
+extern const char* const kFaultyLibraryPath;
+
 /// Runs the tool with these arguments; `input` is its standard input.
 ToolRun RunTool(const std::vector<std::string>& arguments, std::string_view input = {});
 

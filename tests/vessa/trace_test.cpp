@@ -89,7 +89,7 @@ TEST(Trace, TakesTheCommandAsItStands) {
   EXPECT_EQ(RunTool({"trace", "unheard-of"}).exit_code, 2);
   EXPECT_EQ(RunTool({"trace", "dump"}).exit_code, 2);
   EXPECT_THAT(RunTool({"trace", "dump", "--help"}).output, HasSubstr("vessa dump image.dcm"));
-  const ToolRun other = RunTool({"trace", "call", "--library", VESSA_FAULTY_LIBRARY_PATH, "echo", "i:1"});
+  const ToolRun other = RunTool({"trace", "call", "--library", kFaultyLibraryPath, "echo", "i:1"});
   EXPECT_THAT(other.errors, StartsWith("echo i:1\n= 0 i:0 s:\"\\x03\\x04\\x01\""));
 }
 
@@ -102,8 +102,7 @@ TEST(Trace, KeepsTheExitCodeOfTheCommand) {
 
 TEST(Trace, LeavesWhatItRecordedOfACallThatEndsTheProcess) {
   const std::string path = PathOf("crash.recording");
-  EXPECT_EQ(RunTool({"--library", VESSA_FAULTY_LIBRARY_PATH, "trace", "-o", path, "call", "crash", "i:5"})
-                .exit_code,
+  EXPECT_EQ(RunTool({"--library", kFaultyLibraryPath, "trace", "-o", path, "call", "crash", "i:5"}).exit_code,
             125);
   EXPECT_FALSE(std::filesystem::exists(path));
   EXPECT_THAT(ContentOf(path + ".unfinished"), HasSubstr("\ncall crash \"\\x03\\x04\\x05\"\n"));
@@ -134,8 +133,7 @@ TEST(Replay, NamesTheFirstDifference) {
 }
 
 TEST(Replay, PlaysToAnotherLibrary) {
-  const ToolRun run =
-      RunTool({"replay", "--library", VESSA_FAULTY_LIBRARY_PATH, RecordDump("other.recording")});
+  const ToolRun run = RunTool({"replay", "--library", kFaultyLibraryPath, RecordDump("other.recording")});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, HasSubstr("\n  now:      (the library has no such call-out)\n"));
 }
@@ -143,8 +141,8 @@ TEST(Replay, PlaysToAnotherLibrary) {
 TEST(Replay, IsWatchedAsEveryCallIs) {
   const std::string path = PathOf("spin.recording");
   const std::string text = "vessa-recording 1\ncall spin \"\"\nreturn 0 \"\"\nend\n";
-  const ToolRun run = RunTool({"replay", "--timeout", "0.5", "--library", VESSA_FAULTY_LIBRARY_PATH,
-                               MakeFile("spin.recording", text)});
+  const ToolRun run = RunTool(
+      {"replay", "--timeout", "0.5", "--library", kFaultyLibraryPath, MakeFile("spin.recording", text)});
   EXPECT_EQ(run.exit_code, 124);
   EXPECT_THAT(run.errors, HasSubstr("spin did not return within 0.5 s"));
 }
