@@ -69,6 +69,18 @@ TEST_F(GlobalContentSource, AnElementWithoutAVrNodeHasAnEmptyVr) {
   EXPECT_TRUE(element_.vr.IsEmpty());
 }
 
+TEST_F(GlobalContentSource, AVrGoesThroughTheCodePageAndIsNotCutToTheLowHalves) {
+  host_.Top(0x00100010, 7, "", "A");
+  host_.Set({std::int64_t{7}, std::string("v")}, std::u16string(u"\u4E50N"));  // the low half is a P
+  ASSERT_TRUE(source_.NextTagKey(key_, element_));
+  EXPECT_NE(element_.vr, Vr("PN"));
+  key_.clear();
+  host_.Set({std::int64_t{7}, std::string("v")}, std::u16string(u"P\u4E4E"));
+  ASSERT_TRUE(source_.NextTagKey(key_, element_));
+  EXPECT_EQ(element_.vr.CString()[0], 'P');
+  EXPECT_NE(element_.vr, Vr("PN"));
+}
+
 TEST_F(GlobalContentSource, AnEmptyVrNodeIsAnEmptyVr) {
   host_.Top(0x00100010, 7, "", "A");
   host_.Set({std::int64_t{7}, std::string("v")}, std::string());
