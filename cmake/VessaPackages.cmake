@@ -9,7 +9,8 @@ endif()
 if(NOT MSVC)
   foreach(target vessa_platform vessa_dicom vessa_host vessa_stream vessa_decompose vessa_vdoc vessa_compose
       vessa_call_outs VessaDCM)
-    target_compile_options(${target} PRIVATE -g1)
+    # A compiler cache hands sources over by their way from the build folder; their names are to be the same without one.
+    target_compile_options(${target} PRIVATE -g1 -ffile-prefix-map=../../=)
   endforeach()
 endif()
 
