@@ -4,9 +4,9 @@
 #
 #   scripts/mutants.sh [COUNT [SEED]]     so many mutants (200), chosen by that seed (1)
 #
-# A mutant that fails to build counts for none; one that fails a test, crashes or hangs is caught. Survivors are printed
-# with their reason from scripts/mutants_survivors.txt. Fails when more than 5 % survive, not counting those that do what
-# the original does, which no test could tell apart.
+# A mutant that fails to build, or from which the compiler makes the same instructions, counts for none; one that fails a
+# test, crashes or hangs is caught. Survivors are printed with their reason from scripts/mutants_survivors.txt. Fails when
+# more than 5 % survive, not counting those that do what the original does, which no test could tell apart.
 set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh test
