@@ -87,6 +87,15 @@ TEST(Deflate, AShortReadIsNotTheEnd) {
   EXPECT_TRUE(Unpacked(host.Output(), 1000) == Noise(1000));
 }
 
+TEST(Deflate, AReadOfOneByteIsNotTheEnd) {
+  auto input = std::make_shared<emulator::MemoryStream>(Noise(3));
+  input->HandOutAtMost(1);
+  PackingHost host(input);
+  EXPECT_EQ(DeflateStream(6, host.In(), host.Out()), kSuccess);
+  EXPECT_EQ(input->Reads(), 4U);
+  EXPECT_TRUE(Unpacked(host.Output(), 3) == Noise(3));
+}
+
 TEST(Deflate, StartsWhereTheInputStands) {
   auto input = std::make_shared<emulator::MemoryStream>("skipped, packed");
   input->MoveTo(10);

@@ -43,6 +43,11 @@ TEST_F(UnbufferedInputStream, TellsSizeAndOref) {
 
 TEST_F(UnbufferedInputStream, DoesNotPeek) { EXPECT_EQ(PeekBytes(stream_, 1), StatusText(E_NOTIMPL)); }
 
+TEST_F(UnbufferedInputStream, DoesNotPassOverBytesWithoutReadingThem) {
+  EXPECT_THAT(CallsOf([&] { EXPECT_FALSE(stream_.PassOver(5)); }), testing::IsEmpty());
+  EXPECT_EQ(stream_.GetPosition(), 1);
+}
+
 TEST_F(UnbufferedInputStream, AShortReadIsAFailure) {
   EXPECT_EQ(FailureOf([&] { ReadBytes(stream_, 20001); }), "ReadBytes: too few bytes were read");
   EXPECT_EQ(stream_.GetPosition(), 1);
