@@ -22,8 +22,8 @@ class HeaderBytes {
   explicit HeaderBytes(ByteOrder order) : order_{order} {}
 
   void PutVr(Vr vr) {
-    Put(static_cast<std::uint8_t>(vr.CString()[0]));
-    Put(static_cast<std::uint8_t>(vr.CString()[1]));
+    Put(static_cast<std::uint8_t>(vr.First()));
+    Put(static_cast<std::uint8_t>(vr.Second()));
   }
   void PutReserved() { size_ += 2; }
   void PutTag(Tag tag) {

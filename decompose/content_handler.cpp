@@ -12,13 +12,6 @@ namespace {
                             std::to_string(status));
 }
 
-/// Letters in front of the first zero byte: what the host takes a VR for.
-std::int32_t LettersOf(Vr vr) {
-  const char* const letters = vr.CString();
-  if (letters[0] == '\0') return 0;
-  return letters[1] == '\0' ? 1 : 2;
-}
-
 }  // namespace
 
 /// Calls the host's method with the values as the format's letters say.
@@ -49,7 +42,9 @@ Status CContentHandler::EndItem(Tag tag, std::uint32_t length) {
 }
 
 Status CContentHandler::StartElement(Tag tag, Vr vr, std::uint32_t length) {
-  return CallEvent<"u*au">("StartElement", tag.Value(), LettersOf(vr), vr.CString(), length);
+  const std::string_view text = vr.Text();
+  return CallEvent<"u*au">("StartElement", tag.Value(), static_cast<std::int32_t>(text.size()), text.data(),
+                           length);
 }
 
 Status CContentHandler::EndElement(Tag tag) { return CallEvent<"u">("EndElement", tag.Value()); }

@@ -1,30 +1,42 @@
 #pragma once
 
+#include <bit>
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace vessa {
 
 /// A value representation (PS3.5 section 6.2): two letters. Streams may hold any two bytes in their place, so
-/// any are allowed here; a zero terminator always follows them.
+/// any are allowed here. They are kept as one number, for numbers stay in registers on their way to the handlers.
 class Vr {
  public:
   constexpr Vr() = default;
-  constexpr Vr(char first, char second) : letters_{first, second, '\0'} {}
+  constexpr Vr(char first, char second)
+      : letters_{static_cast<std::uint16_t>(static_cast<std::uint8_t>(first) |
+                                            static_cast<std::uint8_t>(second) << 8)} {}
   /// The first two characters of `text`; missing ones are zero.
   constexpr explicit Vr(std::string_view text)
-      : letters_{!text.empty() ? text[0] : '\0', text.size() > 1 ? text[1] : '\0', '\0'} {}
+      : Vr(!text.empty() ? text[0] : '\0', text.size() > 1 ? text[1] : '\0') {}
 
-  /// Up to the first zero byte: what a reader of a terminated text sees.
-  constexpr const char* CString() const { return letters_; }
-  constexpr std::string_view Text() const { return std::string_view(letters_); }
-  constexpr bool IsEmpty() const { return letters_[0] == '\0'; }
-
-  constexpr bool operator==(const Vr& other) const {
-    return letters_[0] == other.letters_[0] && letters_[1] == other.letters_[1];
+  /// Up to the first zero byte: what a reader of a terminated text sees. The view is into this object.
+  std::string_view Text() const {
+    static_assert(std::endian::native == std::endian::little);
+    return {reinterpret_cast<const char*>(&letters_), TextLength()};
   }
+  constexpr char First() const { return static_cast<char>(letters_ & 0xFF); }
+  constexpr char Second() const { return static_cast<char>(letters_ >> 8); }
+  constexpr bool IsEmpty() const { return First() == '\0'; }
+
+  constexpr bool operator==(const Vr& other) const = default;
 
  private:
-  char letters_[3] = {};
+  constexpr std::size_t TextLength() const {
+    if (IsEmpty()) return 0;
+    return Second() == '\0' ? 1 : 2;
+  }
+
+  std::uint16_t letters_ = 0;  // the first one in the low byte
 };
 
 inline constexpr Vr kVrLO{'L', 'O'};

@@ -77,7 +77,7 @@ TEST_F(GlobalContentSource, AVrGoesThroughTheCodePageAndIsNotCutToTheLowHalves) 
   key_.clear();
   host_.Set({std::int64_t{7}, std::string("v")}, std::u16string(u"P\u4E4E"));
   ASSERT_TRUE(source_.NextTagKey(key_, element_));
-  EXPECT_EQ(element_.vr.CString()[0], 'P');
+  EXPECT_EQ(element_.vr.First(), 'P');
   EXPECT_NE(element_.vr, Vr("PN"));
 }
 

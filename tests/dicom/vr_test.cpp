@@ -5,9 +5,11 @@
 namespace vessa {
 namespace {
 
-TEST(Vr, IsTwoLettersWithATerminator) {
+TEST(Vr, IsTwoLetters) {
   EXPECT_EQ(Vr('P', 'N').Text(), "PN");
-  EXPECT_STREQ(Vr("PN").CString(), "PN");
+  EXPECT_EQ(Vr("PN").First(), 'P');
+  EXPECT_EQ(Vr("PN").Second(), 'N');
+  EXPECT_EQ(Vr('\xFF', '\x80').Text(), "\xFF\x80");
   EXPECT_EQ(Vr("PNX"), Vr('P', 'N'));
   EXPECT_FALSE(Vr("PN") == Vr("PM"));
   EXPECT_FALSE(Vr("PN") == Vr("SN"));
