@@ -29,6 +29,7 @@ class StreamDecomposer {
   StreamDecomposer(CVessaInputStream& stream, CContentHandlerInterface& handler,
                    const std::uint32_t& client_oref, bool simple_pixel_data_frames);
 
+  /// A CSuccessException of the handler ends it early.
   /// @return  0; failures are thrown
   /// @throws CDecomposeException  the stream or the syntax cannot be parsed
   /// @throws Status  the stream or the handler failed, or the host when it was asked whether to stop

@@ -23,13 +23,8 @@ constexpr std::string_view kPrefix = "DICM";
 void DecomposeUntilAnswered(CVessaInputStream& stream, CContentHandlerInterface& handler,
                             std::string_view transfer_syntax, const FailureReport& report) {
   Call::Stage(" decomposing stream");
-  Status status = kSuccess;
-  try {
-    StreamDecomposer decomposer(stream, handler, kNoClient, SimplePixelDataFrames());
-    status = decomposer.DecomposeStream(transfer_syntax);
-  } catch (const CSuccessException&) {
-    return;
-  }
+  StreamDecomposer decomposer(stream, handler, kNoClient, SimplePixelDataFrames());
+  const Status status = decomposer.DecomposeStream(transfer_syntax);
   if (status < 0) {
     WriteReport(report);
     throw status;

@@ -183,4 +183,24 @@ TEST_F(FileDecomposition, ThatEndsBetweenElementsOfADefinedItemNeverReturns) {
   EXPECT_EQ(notes.lines.back(), "EndElement 00081150");
 }
 
+TEST_F(FileDecomposition, EndsWithSuccessWhereTheHandlerHasItsAnswer) {
+  class Satisfied : public Notes {
+   public:
+    using Notes::Notes;
+    vessa::Status Data(vessa::Tag, std::uint32_t, std::span<const std::uint8_t>) override {
+      throw vessa::CSuccessException();
+    }
+  };
+  const std::string bytes =
+      kExplicit.Element(0x00100010, "PN", "ab") + kExplicit.Element(0x00100020, "LO", "cd");
+  for (const char* medium : {"file", "host stream"}) {
+    Satisfied notes(All);
+    const std::string failure = medium == std::string("file")
+                                    ? DecomposeFile(bytes, notes)
+                                    : DecomposeHostStream(bytes, notes, dicom_bytes::kExplicitLittleEndian);
+    EXPECT_EQ(failure, kNoFailure) << medium;
+    EXPECT_EQ(notes.lines, (Lines{"StartContent", "StartElement 00100010"})) << medium;
+  }
+}
+
 }  // namespace

@@ -35,11 +35,7 @@ void Decompose(MemoryInputStream& stream, vessa::CContentHandlerInterface& handl
                std::string_view syntax = kExplicit) {
   vessa::InitialiseDictionary();
   constexpr std::uint32_t kNoClient = 0;
-  try {
-    vessa::StreamDecomposer(stream, handler, kNoClient, false).DecomposeStream(syntax);
-  } catch (const vessa::CSuccessException&) {
-    // the handler has its answer
-  }
+  vessa::StreamDecomposer(stream, handler, kNoClient, false).DecomposeStream(syntax);
 }
 
 Answer Ask(MemoryInputStream& stream, const std::vector<std::uint32_t>& entries, bool sequence_answer = false,
