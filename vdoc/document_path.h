@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -28,15 +29,35 @@ class CDocumentPath {
   void PushTag(Tag tag) { Push(tag.Value()); }
   void PushItemCounter() { Push(0); }
   /// Leaves an element or a sequence; an empty path stays empty.
-  void Pop();
+  void Pop() {
+    if (depth_ == 0) return;
+    --depth_;
+    common_ = std::min(common_, depth_);
+  }
   /// Counts one item more when the last entry is an item counter (items of a sequence); fragments of pixel
   /// data, whose last entry is a tag, are not counted.
   void CountItem();
 
-  PathRelation Relation() const;
+  PathRelation Relation() const {
+    const bool path_ends = common_ == depth_;
+    const bool target_ends = common_ == target_.size();
+    if (path_ends && target_ends) return PathRelation::kEqual;
+    if (path_ends) return PathRelation::kLeads;
+    if (target_ends) return PathRelation::kInside;
+    return differing_ < target_[common_] ? PathRelation::kBefore : PathRelation::kPassed;
+  }
 
  private:
-  void Push(std::uint32_t entry);
+  void Push(std::uint32_t entry) {
+    if (depth_ == common_ && depth_ < target_.size()) {
+      if (entry == target_[depth_]) {
+        ++common_;
+      } else {
+        differing_ = entry;
+      }
+    }
+    ++depth_;
+  }
 
   std::vector<std::uint32_t> target_;
   std::size_t depth_ = 0;        // entries of the path

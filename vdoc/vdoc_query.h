@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -55,12 +56,15 @@ class CVDocQuery : public CContentHandlerInterface {
   Status DeliverToStream(std::uint32_t chunk_number, std::span<const std::uint8_t> chunk);
   void KeepAnswer(std::span<const std::uint8_t> chunk);
 
+  static constexpr std::size_t kShortAnswerBytes = 128;  // most texts, with the VR
+
   VessaROList property_list_;
   bool sequence_answer_;
   CDocumentPath path_;
   Vr vr_;                           // of the element last started
   std::uint32_t value_length_ = 0;  // of the element, or of the pixel data fragment, last started
-  VessaList results_;
+  std::array<std::uint8_t, kShortAnswerBytes> short_answer_;
+  VessaList results_{short_answer_};  // goes to the heap for a longer one
   std::unique_ptr<CVessaBinaryOutputStream> result_stream_;
   bool results_shown_ = false;
   std::vector<std::uint8_t> pending_first_chunk_;  // while it is unknown whether more chunks follow
