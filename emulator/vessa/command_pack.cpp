@@ -101,10 +101,11 @@ class InflateCommand : public PackCommand {
 
   void CheckLimit(std::size_t bytes) override {
     written_ += bytes;
-    if (written_ > most_output_)
+    if (written_ > most_output_) {
       throw ToolError(
           kInputUnreadable,
           fmt::format("it inflates to more than {} bytes, the limit of --max-output", most_output_));
+    }
   }
 
  private:
