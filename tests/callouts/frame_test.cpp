@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -137,20 +139,62 @@ TEST_F(Frame, ClearsTheArgumentsOutOfTheBuffer) {
   EXPECT_EQ(buffer.bytes[arguments.size()], 0xEE);
 }
 
+/// A buffer whose count says more than it holds, and behind it a guard as long as any count reaches.
+class OvercountedBuffer {
+ public:
+  OvercountedBuffer(std::uint16_t count, unsigned char filling) {
+    std::memset(&memory_, kGuard, sizeof memory_);  // the byte of padding behind the array, too
+    std::memset(memory_.buffer.bytes, filling, vessa::HostString::kCapacity);
+    memory_.buffer.count = count;
+  }
+
+  vessa::HostString& Buffer() { return memory_.buffer; }
+
+  bool HasAnUntouchedGuard() const {
+    const auto* const all = reinterpret_cast<const unsigned char*>(&memory_);
+    return std::all_of(all + offsetof(vessa::HostString, bytes) + vessa::HostString::kCapacity,
+                       all + sizeof memory_, [](unsigned char byte) { return byte == kGuard; });
+  }
+
+ private:
+  static constexpr unsigned char kGuard = 0xEE;
+
+  struct {
+    vessa::HostString buffer;
+    unsigned char guard[65536];
+  } memory_;
+};
+
+constexpr std::uint16_t kCountsAboveTheCapacity[] = {32768, 65535};
+
 TEST_F(Frame, TakesACountAboveTheCapacityAsTheCapacity) {
-  for (const std::uint16_t count : {std::uint16_t{32768}, std::uint16_t{65535}}) {
-    // A guard behind the buffer tells whether it was read or cleared beyond its end.
-    struct {
-      vessa::HostString buffer;
-      unsigned char guard[64];
-    } memory;
-    std::fill_n(memory.buffer.bytes, vessa::HostString::kCapacity,
-                static_cast<unsigned char>(1));  // absent items
-    std::fill_n(memory.guard, 64, static_cast<unsigned char>(0xEE));
-    memory.buffer.count = count;
-    EXPECT_EQ(TheLibrary().Call("zfTagInfo", memory.buffer), 0);
-    EXPECT_EQ(AsInteger(ReadList(Contents(memory.buffer))[0].value), 0);
-    EXPECT_EQ(std::count(memory.guard, memory.guard + 64, static_cast<unsigned char>(0xEE)), 64);
+  constexpr unsigned char kAbsentItem = 1;
+  for (const char* const function : {"zfTagInfo", "zfNameTag"}) {
+    for (const std::uint16_t count : kCountsAboveTheCapacity) {
+      SCOPED_TRACE(std::string(function) + " with a count of " + std::to_string(count));
+      OvercountedBuffer one(count, kAbsentItem);
+      EXPECT_EQ(TheLibrary().Call(function, one.Buffer()), 0);
+      EXPECT_EQ(AsInteger(ReadList(Contents(one.Buffer()))[0].value), 0);
+      EXPECT_TRUE(one.HasAnUntouchedGuard());
+    }
+  }
+}
+
+TEST_F(Frame, TakesACountAboveTheCapacityAsTheCapacityWithoutAListAsWell) {
+  for (const std::uint16_t count : kCountsAboveTheCapacity) {
+    for (const std::int32_t unit_size : {1, 2, 4, 8}) {
+      OvercountedBuffer units(count, 0);
+      units.Buffer().bytes[0] = 'x';
+      EXPECT_EQ(TheLibrary().Call("zfSwitchByteOrdering", units.Buffer(), unit_size), 0);
+      EXPECT_EQ(units.Buffer().bytes[unit_size - 1], 'x') << unit_size;
+      EXPECT_EQ(units.Buffer().count, count) << unit_size;
+      EXPECT_TRUE(units.HasAnUntouchedGuard()) << unit_size;
+    }
+    OvercountedBuffer digits(count, '0');
+    digits.Buffer().bytes[vessa::HostString::kCapacity - 1] = 'F';
+    EXPECT_EQ(TheLibrary().Call("zfBigHexToDecimal", digits.Buffer()), 0);
+    EXPECT_EQ(Contents(digits.Buffer()), "15");
+    EXPECT_TRUE(digits.HasAnUntouchedGuard());
   }
 }
 
