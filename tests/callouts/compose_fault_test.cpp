@@ -2,32 +2,22 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <cstdio>
-#include <functional>
-#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "emulator/stream_object.h"
-#include "tests/callouts/composing.h"
 #include "tests/callouts/fault_run.h"
+#include "tests/callouts/scenarios.h"
 
 namespace emulator {
 namespace {
 
-using dicom_bytes::Hex;
-using dicom_bytes::kExplicitLittleEndian;
-using dicom_bytes::kImplicitLittleEndian;
-using dicom_bytes::kJpegBaseline;
 using fault_run::Access;
-using fault_run::Attempt;
 using fault_run::CleanRun;
 using fault_run::kFaultStatus;
 using fault_run::kFaultWords;
 using fault_run::kSwallowed;
-using fault_run::Scenario;
+using fault_run::RunWithoutFaults;
 
 /// The failure text of each access of a composition.
 class TextOfAccesses {
@@ -82,82 +72,6 @@ std::vector<std::string> ExpectedMessages(const CleanRun& run) {
   }
   std::fill(messages.begin() + static_cast<std::ptrdiff_t>(last_write), messages.end(), kSwallowed);
   return messages;
-}
-
-// --- Scenarios ---
-
-struct Composition {
-  std::string syntax = kExplicitLittleEndian;
-  std::string original = kExplicitLittleEndian;
-  std::string pixels;  ///< no stream where there are none
-};
-
-Scenario Compose(std::string name, Composition how, std::function<void(StoredDataSet&)> fill) {
-  return {"zfComposeStream " + name, [how = std::move(how), fill = std::move(fill)](Host& host) {
-            StoredDataSet data(host);
-            fill(data);
-            const auto output = std::make_shared<MemoryStream>();
-            const std::uint32_t output_oref = host.Add(output);
-            const std::uint32_t pixels =
-                how.pixels.empty() ? std::uint32_t{0} : host.Add(std::make_shared<MemoryStream>(how.pixels));
-            const ListResult result = TheLibrary().CallList("zfComposeStream", ListBuilder()
-                                                                                   .Integer(output_oref)
-                                                                                   .String(StoredDataSet::kId)
-                                                                                   .String(how.syntax)
-                                                                                   .String(how.original)
-                                                                                   .Integer(pixels));
-            EXPECT_EQ(result.returned, 0);
-            return Attempt{result.status == 0, std::string(result.message.begin(), result.message.end()),
-                           output->Bytes()};
-          }};
-}
-
-void FillSequences(StoredDataSet& data) {
-  data.TopSequence(0x00081140, 1);
-  data.InItem(1, 1, 0x00081150, 2, "UI", "1.");
-  data.SequenceInItem(1, 1, 0x00081199, 3);
-  data.InItem(3, 1, 0x00081155, 4, "UI", "2.");
-  data.EmptyItem(1, 2);
-}
-
-std::vector<Scenario> Compositions() {
-  const std::string frames = Hex("FEFF00E0 00000000 FEFF00E0 04000000 01020304") + dicom_bytes::SequenceEnd();
-  const auto pixels = [](const char* vr) {
-    return [vr](StoredDataSet& data) { data.Top(0x7FE00010, 1, vr, ""); };
-  };
-  const auto element = [](StoredDataSet& data) { data.Top(0x00100010, 1, "PN", "Doe^John"); };
-  return {
-      Compose("one element", {}, element),
-      Compose("implicit", {kImplicitLittleEndian, kExplicitLittleEndian, ""}, element),
-      Compose("no VR", {}, [](StoredDataSet& data) { data.Top(0x00100010, 1, "", "Doe^John"); }),
-      Compose("sequences", {}, FillSequences),
-      Compose("swapped", {kImplicitLittleEndian, kExplicitBigEndian, ""},
-              [](StoredDataSet& data) { data.Top(0x00280010, 1, "US", "abcd"); }),
-      Compose("chunks", {},
-              [](StoredDataSet& data) {
-                data.Top(0x00100010, 1, "PN", std::string(9000, 'x'));
-                data.Chunk(1, 1, std::string(8000, 'y'));
-                data.Chunk(1, 2, "z");
-              }),
-      Compose("native pixels", {kExplicitLittleEndian, kExplicitLittleEndian, std::string(40000, 'p')},
-              pixels("OW")),
-      Compose("swapped pixels", {kImplicitLittleEndian, kExplicitBigEndian, std::string(9001, 'p')},
-              pixels("OW")),
-      Compose("framed pixels", {kJpegBaseline, kJpegBaseline, frames}, pixels("OB")),
-      Compose("marked pixels", {kJpegBaseline, kJpegBaseline, "abcd"},
-              [](StoredDataSet& data) {
-                data.Top(0x7FE00010, 1, "OB", "");
-                data.MarkUndefined(1);
-              }),
-      Compose("everything", {kImplicitLittleEndian, kExplicitBigEndian, std::string(40000, 'p')},
-              [](StoredDataSet& data) {
-                FillSequences(data);
-                data.Top(0x00100010, 5, "", std::string(9000, 'x'));
-                data.Chunk(5, 1, "yz");
-                data.Top(0x00280100, 6, "US", Hex("0010"));
-                data.Top(0x7FE00010, 7, "OW", "");
-              }),
-  };
 }
 
 TEST(ComposeFaults, NameTheOperationLeaveTheStartOfTheOutputAndTheNextCallWorks) {

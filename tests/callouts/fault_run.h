@@ -1,16 +1,16 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "emulator/host.h"
+#include "tests/callouts/attempt.h"
 
 // Each callback of a call fails in turn, once alone and once with all behind it. A run without faults tells what each
-// callback is about, how much stands on the host's stack before it, and what the output is: from these follow the
-// text, the stack and the start of the output that each fault must lead to.
+// callback is about, and how far the call has come before it: from these follow the text, the host's stack, the events,
+// the output and the streams' positions that each fault must lead to.
 
 namespace emulator::fault_run {
 
@@ -18,21 +18,9 @@ namespace emulator::fault_run {
 inline constexpr int kFaultStatus = 5;
 inline constexpr const char* kFaultWords = "max string";
 
-/// How one call of a call-out that writes went.
-struct Attempt {
-  bool succeeded = false;
-  std::string message;
-  std::string written;
-};
-
-/// One call over objects of its own.
-struct Scenario {
-  std::string name;
-  std::function<Attempt(Host&)> call;
-};
-
 /// What one access to the host consisted of.
 struct Access {
+  std::size_t first = 0;           ///< callback that it begins with, counted from 0
   std::vector<std::string> lines;  ///< a callback each, from what it begins with to its last pop
 
   bool Begins(std::string_view text) const { return lines.front().starts_with(text); }
@@ -46,7 +34,10 @@ struct Access {
 struct CleanRun {
   Attempt attempt;
   std::vector<Access> accesses;
-  std::vector<std::size_t> depth_before;  ///< of the host's stack, for each callback
+  std::vector<Standing> before;  ///< each callback; and behind the last
+  /// Where the streams stand behind a call in which that callback alone failed. At first: where they stood, and where a
+  /// Skip failed, behind it, since the end of the stream's life makes good for it.
+  std::vector<std::vector<std::int64_t>> left_at;
 };
 
 CleanRun RunWithoutFaults(const Scenario& scenario);
@@ -55,6 +46,7 @@ CleanRun RunWithoutFaults(const Scenario& scenario);
 inline constexpr const char* kSwallowed = "swallowed";
 
 /// Fails every callback and holds the outcome against what is expected of each.
+/// @param expected  messages
 /// @return  faults tried
 int TryAllFaults(const Scenario& scenario, const CleanRun& clean, const std::vector<std::string>& expected);
 

@@ -1,5 +1,7 @@
 #include "tests/callouts/scenarios.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -67,19 +69,21 @@ std::string Fragments() {
 
 // --- Calls ---
 
-Scenario Decompose(std::string name, std::string bytes, std::string syntax, bool with_client = false) {
+/// @param stop_at  what the client object wants to stop at; 0: there is none
+Scenario Decompose(std::string name, std::string bytes, std::string syntax, std::uint32_t stop_at = 0) {
   return {"decompose " + name, [=](Host& host, const Library& library) {
             const std::uint32_t stream = Add<MemoryStream>(host, bytes);
             const std::uint32_t log = Add<EventLog>(host);
-            const std::uint32_t client = with_client ? Add<StopAtTag>(host, kNoStop) : std::uint32_t{0};
+            const std::uint32_t client = stop_at != 0 ? Add<StopAtTag>(host, stop_at) : std::uint32_t{0};
             return library.CallList(
                 "zfDecomposeStream",
                 ListBuilder().Integer(stream).String(syntax).Integer(log).Integer(client));
           }};
 }
 
-Scenario AskStream(std::string function, std::vector<std::uint32_t> property_list, std::string data_set) {
-  return {function, [=](Host& host, const Library& library) {
+Scenario AskStream(std::string function, std::string name, std::vector<std::uint32_t> property_list,
+                   std::string data_set) {
+  return {function + ' ' + name, [=](Host& host, const Library& library) {
             ListBuilder list;
             for (const std::uint32_t entry : property_list) list.Integer(entry);
             return library.CallList(function, ListBuilder()
@@ -103,66 +107,84 @@ Scenario AskFile(std::string name, std::uint32_t tag, bool with_header, bool wit
           }};
 }
 
-Scenario Compose(std::string name, std::function<void(StoredDataSet&)> store, std::string syntax,
-                 std::string original, std::string pixels = "") {
-  return {"compose " + name, [=](Host& host, const Library& library) {
-            StoredDataSet data_set(host);
-            store(data_set);
-            return library.CallList("zfComposeStream",
-                                    ListBuilder()
-                                        .Integer(Add<MemoryStream>(host))
-                                        .String(StoredDataSet::kId)
-                                        .String(syntax)
-                                        .String(original)
-                                        .Integer(pixels.empty() ? 0 : Add<MemoryStream>(host, pixels)));
+struct Composition {
+  std::string syntax = kExplicitLittleEndian;
+  std::string original = kExplicitLittleEndian;
+  std::string pixels;  ///< no stream where there are none
+};
+
+Scenario Compose(std::string name, Composition how, std::function<void(StoredDataSet&)> fill) {
+  return {"zfComposeStream " + name,
+          [how = std::move(how), fill = std::move(fill)](Host& host, const Library& library) {
+            StoredDataSet data(host);
+            fill(data);
+            const std::uint32_t output = Add<MemoryStream>(host);
+            const std::uint32_t pixels =
+                how.pixels.empty() ? std::uint32_t{0} : Add<MemoryStream>(host, how.pixels);
+            return library.CallList("zfComposeStream", ListBuilder()
+                                                           .Integer(output)
+                                                           .String(StoredDataSet::kId)
+                                                           .String(how.syntax)
+                                                           .String(how.original)
+                                                           .Integer(pixels));
           }};
 }
 
-void StorePlan(StoredDataSet& data_set) {
-  data_set.Top(kPatientName, 2, "PN", "Doe^John");
-  data_set.TopSequence(kBeamSequence, 1);
-  data_set.InItem(1, 1, kBeamName, 3, "LO", "left");
-  data_set.EmptyItem(1, 2);
-  data_set.InItem(1, 3, kBeamName, 4, "LO", "back");
+void FillSequences(StoredDataSet& data) {
+  data.TopSequence(0x00081140, 1);
+  data.InItem(1, 1, 0x00081150, 2, "UI", "1.");
+  data.SequenceInItem(1, 1, 0x00081199, 3);
+  data.InItem(3, 1, 0x00081155, 4, "UI", "2.");
+  data.EmptyItem(1, 2);
 }
 
-void StoreLongValue(StoredDataSet& data_set) {
-  data_set.Top(0x00091001, 1, "OW", std::string(32000, 'a'));
-  data_set.Chunk(1, 1, std::string(32000, 'b'));
-  data_set.Chunk(1, 2, "cdef");
+void FillChunks(StoredDataSet& data) {
+  data.Top(kPatientName, 1, "PN", std::string(9000, 'x'));
+  data.Chunk(1, 1, std::string(8000, 'y'));
+  data.Chunk(1, 2, "z");
 }
 
-void StoreImage(StoredDataSet& data_set) {
-  data_set.Top(0x00280100, 1, "US", std::string("\x10\0", 2));
-  data_set.Top(kPixelData, 2, "OW", "");
+void FillEverything(StoredDataSet& data) {
+  FillSequences(data);
+  data.Top(kPatientName, 5, "", std::string(9000, 'x'));
+  data.Chunk(5, 1, "yz");
+  data.Top(0x00280100, 6, "US", dicom_bytes::Hex("0010"));
+  data.Top(kPixelData, 7, "OW", "");
 }
 
-void StoreFragments(StoredDataSet& data_set) {
-  data_set.Top(kPixelData, 1, "OB", "");
-  data_set.MarkUndefined(1);
+/// One element at the top level.
+std::function<void(StoredDataSet&)> FillOne(std::uint32_t tag, std::string vr, std::string value) {
+  return [=](StoredDataSet& data) { data.Top(tag, 1, vr, value); };
 }
 
-ListResult WholeNumberResult(std::int32_t returned) {
-  ListResult result;
-  result.status = returned == 0 ? 0 : 1;
-  return result;
-}
+using Pack = std::function<std::int32_t(const Library&, std::int32_t in, std::int32_t out)>;
 
-Scenario Deflate(std::string name, std::string bytes) {
-  return {"zfDeflateStream " + name, [=](Host& host, const Library& library) {
-            return WholeNumberResult(library.Call("zfDeflateStream", 6,
-                                                  static_cast<std::int32_t>(Add<MemoryStream>(host, bytes)),
-                                                  static_cast<std::int32_t>(Add<MemoryStream>(host))));
+/// A call-out that answers with 0 or -1 alone, which is told as status 0 or 1.
+Scenario PackStream(std::string name, std::string bytes, Pack pack) {
+  return {std::move(name),
+          [bytes = std::move(bytes), pack = std::move(pack)](Host& host, const Library& library) {
+            const auto in = static_cast<std::int32_t>(Add<MemoryStream>(host, bytes));
+            const auto out = static_cast<std::int32_t>(Add<MemoryStream>(host));
+            const std::int32_t returned = pack(library, in, out);
+            EXPECT_TRUE(returned == 0 || returned == -1) << returned;
+            ListResult result;
+            result.status = returned == 0 ? 0 : 1;
+            return result;
           }};
 }
 
-Scenario Inflate(std::string name, std::string bytes) {
-  return {"zfInflateStream " + name, [=](Host& host, const Library& library) {
-            return WholeNumberResult(library.Call(
-                "zfInflateStream",
-                static_cast<std::int32_t>(Add<MemoryStream>(host, packed_bytes::Packed(bytes, 6))),
-                static_cast<std::int32_t>(Add<MemoryStream>(host)), 0));
-          }};
+Scenario Deflate(std::string name, std::string bytes, std::int32_t level) {
+  return PackStream("zfDeflateStream " + name, std::move(bytes),
+                    [level](const Library& library, std::int32_t in, std::int32_t out) {
+                      return library.Call("zfDeflateStream", level, in, out);
+                    });
+}
+
+Scenario Inflate(std::string name, const std::string& bytes) {
+  return PackStream("zfInflateStream " + name, packed_bytes::Packed(bytes, 6),
+                    [](const Library& library, std::int32_t in, std::int32_t out) {
+                      return library.Call("zfInflateStream", in, out, 0);
+                    });
 }
 
 Scenario LookUp(std::string function, ListBuilder arguments) {
@@ -173,10 +195,13 @@ Scenario LookUp(std::string function, ListBuilder arguments) {
 
 std::vector<Scenario> Decompositions() {
   return {
-      Decompose("nothing", "", kExplicitLittleEndian, true),
+      Decompose("nothing", "", kExplicitLittleEndian, kNoStop),
       Decompose("explicit VRs", Plan(VrForm::kExplicit), kExplicitLittleEndian),
       Decompose("implicit VRs", Plan(VrForm::kImplicit), kImplicitLittleEndian),
-      Decompose("with a client", Plan(VrForm::kExplicit), kExplicitLittleEndian, true),
+      Decompose("with a client", Plan(VrForm::kExplicit), kExplicitLittleEndian, kNoStop),
+      Decompose("up to where a client stops", Plan(VrForm::kExplicit), kExplicitLittleEndian, kBeamSequence),
+      Decompose("up to where a client stops, in a long stream", LongValue(), kExplicitLittleEndian,
+                kPixelData),
       Decompose("sequences forty deep", Nested(40), kExplicitLittleEndian),
       Decompose("a long value", LongValue(), kExplicitLittleEndian),
       Decompose("fragments", Fragments(), kJpegBaseline),
@@ -186,11 +211,11 @@ std::vector<Scenario> Decompositions() {
 std::vector<Scenario> Queries() {
   constexpr std::uint32_t kAbsent = 0xFFFCFFFC;
   return {
-      AskStream("zfQueryStream", {kPatientName}, LongValue()),
-      AskStream("zfQueryStream", {kAbsent}, LongValue()),
-      AskStream("zfQueryStream", {kBeamSequence, 2, kBeamName}, Plan(VrForm::kExplicit)),
-      AskStream("zfGetNextSubscript", {kBeamSequence, 1}, Plan(VrForm::kExplicit)),
-      AskStream("zfGetNextSubscript", {kBeamSequence, 2}, Plan(VrForm::kExplicit)),
+      AskStream("zfQueryStream", "for the first element", {kPatientName}, LongValue()),
+      AskStream("zfQueryStream", "for nothing", {kAbsent}, LongValue()),
+      AskStream("zfQueryStream", "in an item", {kBeamSequence, 2, kBeamName}, Plan(VrForm::kExplicit)),
+      AskStream("zfGetNextSubscript", "for another", {kBeamSequence, 1}, Plan(VrForm::kExplicit)),
+      AskStream("zfGetNextSubscript", "for no other", {kBeamSequence, 2}, Plan(VrForm::kExplicit)),
       AskFile("with a header", kPatientName, true, false),
       AskFile("for nothing", kAbsent, false, false),
       AskFile("for a long value", kPixelData, false, true),
@@ -199,24 +224,39 @@ std::vector<Scenario> Queries() {
 
 std::vector<Scenario> Compositions() {
   constexpr const char* kBigEndian = "1.2.840.10008.1.2.2";
+  const std::string frames =
+      dicom_bytes::Hex("FEFF00E0 00000000 FEFF00E0 04000000 01020304") + dicom_bytes::SequenceEnd();
+  const Composition implicit{kImplicitLittleEndian, kExplicitLittleEndian, ""};
+  const Composition swapped{kImplicitLittleEndian, kBigEndian, ""};
   return {
-      Compose("explicit VRs", StorePlan, kExplicitLittleEndian, kExplicitLittleEndian),
-      Compose("implicit VRs", StorePlan, kImplicitLittleEndian, kExplicitLittleEndian),
-      Compose("a long value to be swapped", StoreLongValue, kExplicitLittleEndian, kBigEndian),
-      Compose("native pixel data", StoreImage, kExplicitLittleEndian, kExplicitLittleEndian,
-              std::string(kLongValue, 'x')),
-      Compose("fragments", StoreFragments, kJpegBaseline, kJpegBaseline, Item("") + Item("abcd")),
+      Compose("one element", {}, FillOne(kPatientName, "PN", "Doe^John")),
+      Compose("implicit", implicit, FillOne(kPatientName, "PN", "Doe^John")),
+      Compose("no VR", {}, FillOne(kPatientName, "", "Doe^John")),
+      Compose("sequences", {}, FillSequences),
+      Compose("swapped", swapped, FillOne(0x00280010, "US", "abcd")),
+      Compose("chunks", {}, FillChunks),
+      Compose("native pixels", {kExplicitLittleEndian, kExplicitLittleEndian, std::string(40000, 'p')},
+              FillOne(kPixelData, "OW", "")),
+      Compose("swapped pixels", {kImplicitLittleEndian, kBigEndian, std::string(9001, 'p')},
+              FillOne(kPixelData, "OW", "")),
+      Compose("framed pixels", {kJpegBaseline, kJpegBaseline, frames}, FillOne(kPixelData, "OB", "")),
+      Compose("marked pixels", {kJpegBaseline, kJpegBaseline, "abcd"},
+              [](StoredDataSet& data) {
+                data.Top(kPixelData, 1, "OB", "");
+                data.MarkUndefined(1);
+              }),
+      Compose("everything", {kImplicitLittleEndian, kBigEndian, std::string(40000, 'p')}, FillEverything),
   };
 }
 
 std::vector<Scenario> Packings() {
-  const std::string text = [] {
-    std::string bytes;
-    for (std::uint32_t i = 0; bytes.size() < kLongValue; ++i) bytes += std::to_string(i * i);
-    return bytes;
-  }();
-  return {Deflate("nothing", ""), Deflate("three blocks", text), Inflate("nothing", ""),
-          Inflate("three blocks", text)};
+  const std::string noise = packed_bytes::Noise(100000);
+  const std::string much = packed_bytes::Pattern(300000);
+  return {
+      Deflate("nothing", "", 6), Deflate("a little", "abc", 9), Deflate("without compression", noise, 0),
+      Deflate("much", much, 6),  Inflate("nothing", ""),        Inflate("a little", "abc"),
+      Inflate("noise", noise),   Inflate("much", much),
+  };
 }
 
 std::vector<Scenario> Lookups() {
