@@ -130,8 +130,16 @@ TEST_F(DamagedElement, ZerosBehindTheDataSetAreElements) {
                             kImplicitLittleEndian));
     EXPECT_EQ(Events()[3], "StartElement 00000000 UL 0");
   }
+}
+
+TEST_F(DamagedElement, ZerosBehindTheDataSetThatAreNoMultipleOfEightFailBehindTheElementsThatTheyMake) {
   for (const std::size_t count : {std::size_t{1}, std::size_t{7}, std::size_t{12}, std::size_t{511}}) {
     ExpectFailure(Decompose(Name() + std::string(count, '\0')), kStepAlone);
+    Lines expected = {"StartElement 00100010 PN 2", "Data 00100010 1 6162", "EndElement 00100010"};
+    for (std::size_t element = 0; element < count / 8; ++element) {
+      expected.insert(expected.end(), {"StartElement 00000000  0", "Data 00000000 1", "EndElement 00000000"});
+    }
+    EXPECT_EQ(Events(), expected) << count;
   }
 }
 
@@ -139,8 +147,10 @@ TEST_F(DamagedElement, OfASyntaxWhoseNameIsPaddedAreRefused) {
   const std::u16string refused = u"DecomposeStream: Expected a supported transfer syntax, got: ";
   ExpectFailure(Decompose(Name(), std::string_view("1.2.840.10008.1.2\0", 18)),
                 refused + std::u16string(u"1.2.840.10008.1.2\0", 18) + u" -  decomposing stream");
+  EXPECT_TRUE(log_->Lines().empty());
   ExpectFailure(Decompose(Name(), "1.2.840.10008.1.2.1 "),
                 refused + u"1.2.840.10008.1.2.1  -  decomposing stream");
+  EXPECT_TRUE(log_->Lines().empty());
 }
 
 // --- Tags

@@ -25,6 +25,8 @@ std::string First() { return kExplicit.Element(0x00081150, "UI", "1."); }
 std::string Second() { return kExplicit.Element(0x00081155, "UI", "2."); }
 std::string Behind() { return kExplicit.Element(0x00100010, "PN", "ab"); }
 
+Lines BehindAlone() { return {"StartElement 00100010 PN 2", "Data 00100010 1 6162", "EndElement 00100010"}; }
+
 /// The sequence's header with any length, and what stands behind it.
 std::string Images(std::uint32_t length, const std::string& content) {
   return kExplicit.Header(kImages, "SQ", length) + content;
@@ -32,20 +34,28 @@ std::string Images(std::uint32_t length, const std::string& content) {
 
 class DamagedSequence : public Decomposing {
  protected:
-  void ExpectBehindInsideTheItem(const std::string& item_length) {
-    EXPECT_EQ(Events(),
-              Script("StartElement 00081140 SQ 18\n StartSequence\n StartItem 00081140 " + item_length + R"(
+  /// All events: of the sequence and its first item, with these lengths, and then others.
+  void ExpectFirstItemAnd(const std::string& then, const std::string& length,
+                          const std::string& item_length) {
+    EXPECT_EQ(Events(), Script("StartElement 00081140 SQ " + length +
+                               "\n StartSequence\n StartItem 00081140 " + item_length + R"(
           StartElement 00081150 UI 2
             Data 00081150 1 312E
           EndElement 00081150
+        )" + then));
+  }
+
+  void ExpectBehindInsideTheItem(const std::string& item_length) {
+    ExpectFirstItemAnd(R"(
           StartElement 00100010 PN 2
             Data 00100010 1 6162
           EndElement 00100010
         EndItem 00081140 )" +
-                     item_length + R"(
+                           item_length + R"(
       EndSequence
     EndElement 00081140
-    EndContent)"));
+    EndContent)",
+                       "18", item_length);
   }
 };
 
@@ -67,12 +77,13 @@ TEST_F(DamagedSequence, ThatIsTooLongNamesTheElementBehindIt) {
   ExpectFailure(
       Decompose(Images(28, Item(First()) + Behind())),
       u"DecomposeItem: Expected [Item] or [Sequence Delimitation Item], got: 00100010 -  decomposing stream");
+  ExpectFirstItemAnd("EndItem 00081140 10", "28", "10");
 }
 
 TEST_F(DamagedSequence, ThatIsTooShortMeetsItsNextItemAsAnElement) {
   ExpectFailure(Decompose(Images(18, Item(First()) + Item(Second()))),
                 u"Expected [Item Delimitation] or element, got [Item] -  decomposing stream");
-  EXPECT_EQ(Events().back(), "EndElement 00081140");
+  ExpectFirstItemAnd("EndItem 00081140 10\n EndSequence\n EndElement 00081140", "18", "10");
 }
 
 TEST_F(DamagedSequence, WhoseLastElementRunsOverItsEndIsAccepted) {
@@ -117,21 +128,25 @@ TEST_F(DamagedSequence, RefusesAnItemDelimitationAtTheTopAndInAnItemOfDefinedLen
   const char16_t* const refused =
       u"DecomposeElement: caller did not expect [Item Delimitation] -  decomposing stream";
   ExpectFailure(Decompose(Behind() + ItemEnd()), refused);
+  EXPECT_EQ(Events(), BehindAlone());
   ExpectFailure(Decompose(kExplicit.Sequence(kImages, Item(First() + ItemEnd()))), refused);
-  EXPECT_EQ(Events().back(), "EndElement 00081150");
+  ExpectFirstItemAnd("", "26", "18");
 }
 
 TEST_F(DamagedSequence, RefusesASequenceDelimitationAsAnElement) {
   const char16_t* const refused =
       u"Expected [Item Delimitation] or element, got [Sequence Delimitation Item] -  decomposing stream";
   ExpectFailure(Decompose(Behind() + SequenceEnd()), refused);
+  EXPECT_EQ(Events(), BehindAlone());
   ExpectFailure(Decompose(Images(kUndefined, TagAndLength(kItem, kUndefined) + First() + SequenceEnd())),
                 refused);
+  ExpectFirstItemAnd("", "4294967295", "4294967295");
 }
 
 TEST_F(DamagedSequence, OfDefinedLengthRefusesASequenceDelimitation) {
   ExpectFailure(Decompose(kExplicit.Sequence(kImages, Item(First()) + SequenceEnd())),
                 u"DecomposeItem: caller did not expect [Sequence Delimitation Item] -  decomposing stream");
+  ExpectFirstItemAnd("EndItem 00081140 10", "26", "10");
 }
 
 // --- Delimitations with a length
@@ -148,10 +163,12 @@ TEST_F(DamagedSequence, TakesTheLengthOfAnItemDelimitationForAVrAndALength) {
   ExpectFailure(
       Decompose(open + delimitation("00 00 01 00") + SequenceEnd()),
       u"DecomposeElement reading VR and data length: Datalength is an odd number -  decomposing stream");
+  ExpectFirstItemAnd("", "4294967295", "4294967295");
   // "OB" has two reserved bytes and a 4-byte length behind it: the tag of the sequence's delimitation is eaten for it.
   ExpectFailure(
       Decompose(open + delimitation("4F 42 00 00") + SequenceEnd() + Behind()),
       u"DecomposeItem: Expected [Item] or [Sequence Delimitation Item], got: 00000000 -  decomposing stream");
+  ExpectFirstItemAnd("EndItem 00081140 4294967295", "4294967295", "4294967295");
 }
 
 TEST_F(DamagedSequence, TakesWhatAnItemDelimitationSaysToHoldForItems) {
@@ -159,6 +176,7 @@ TEST_F(DamagedSequence, TakesWhatAnItemDelimitationSaysToHoldForItems) {
   ExpectFailure(
       Decompose(open + TagAndLength(kItemDelimitation, 10) + Second() + SequenceEnd()),
       u"DecomposeItem: Expected [Item] or [Sequence Delimitation Item], got: 00081155 -  decomposing stream");
+  ExpectFirstItemAnd("EndItem 00081140 4294967295", "4294967295", "4294967295");
 }
 
 TEST_F(DamagedSequence, WithImplicitVrRefusesOnlyAnOddLengthOfAnItemDelimitation) {
@@ -167,6 +185,8 @@ TEST_F(DamagedSequence, WithImplicitVrRefusesOnlyAnOddLengthOfAnItemDelimitation
   ExpectFailure(
       Decompose(open + TagAndLength(kItemDelimitation, 7) + SequenceEnd(), kImplicitLittleEndian),
       u"DecomposeElement reading VR and data length: Datalength is an odd number -  decomposing stream");
+  EXPECT_THAT(Events(), ElementsAre("StartElement 00081140 SQ 4294967295", "StartSequence",
+                                    "StartItem 00081140 4294967295"));
 }
 
 TEST_F(DamagedSequence, IgnoresTheLengthOfItsDelimitation) {

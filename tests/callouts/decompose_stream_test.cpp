@@ -105,11 +105,15 @@ TEST_F(DecomposeStream, ReadsTheLaterVrsWithAShortLength) {
                                          "Data 00100010 1", "EndElement 00100010"));
 }
 
-TEST_F(DecomposeStream, NamesAnUnsupportedSyntax) {
+TEST_F(DecomposeStream, NamesAnUnsupportedSyntaxBeforeAnyEvent) {
   for (const char* const syntax : {"1.2.840.10008.1.2.2", "1.2.840.10008.1.2 ", "", "1.2.3"}) {
     const std::string message = std::string("DecomposeStream: Expected a supported transfer syntax, got: ") +
                                 syntax + " -  decomposing stream";
-    ExpectFailure(Decompose("", syntax), std::u16string(message.begin(), message.end()));
+    for (const std::string& bytes : {std::string(), kExplicit.Element(0x00100010, "PN", "Doe^John")}) {
+      ExpectFailure(Decompose(bytes, syntax), std::u16string(message.begin(), message.end()));
+      EXPECT_TRUE(log_->Lines().empty());
+      EXPECT_EQ(Consumed(), 0);
+    }
   }
 }
 

@@ -85,16 +85,36 @@ std::vector<std::string> LinesOf(const Record& record) {
   return lines;
 }
 
+/// The text between the first two quotation marks.
+std::string Quoted(const std::string& line) {
+  const std::size_t start = line.find('"') + 1;
+  return line.substr(start, line.find('"', start) - start);
+}
+
 }  // namespace
 
 std::vector<std::string> WatchedCall::Names() const {
   std::vector<std::string> names;
   for (const std::string& line : callbacks) {
     if (!line.starts_with("PushMethod ") && !line.starts_with("PushProperty ")) continue;
-    const std::size_t start = line.find('"') + 1;
-    names.push_back(line.substr(start, line.find('"', start) - start));
+    names.push_back(Quoted(line));
   }
   return names;
+}
+
+std::vector<std::string> WatchedCall::MethodsOf(std::uint32_t oref) const {
+  const std::string start = "PushMethod " + std::to_string(oref) + " ";
+  std::vector<std::string> methods;
+  bool is_of_that_object = false;
+  for (const std::string& line : callbacks) {
+    if (line.starts_with("PushMethod ")) {
+      is_of_that_object = line.starts_with(start);
+      if (is_of_that_object) methods.push_back(Quoted(line));
+    } else if (is_of_that_object && line.starts_with("Push")) {
+      methods.back() += line.substr(line.find(' '));
+    }
+  }
+  return methods;
 }
 
 WatchedCall Watch(const std::function<void(Host&)>& call) {

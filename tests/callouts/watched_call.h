@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -16,6 +17,9 @@ struct WatchedCall {
 
   /// Methods called and properties read, in order.
   std::vector<std::string> Names() const;
+
+  /// Methods called of one object, in order, with their arguments as they were pushed: `StartElement 1048592 "PN" 2`.
+  std::vector<std::string> MethodsOf(std::uint32_t oref) const;
 };
 
 /// Runs the call in a process of its own, on a new host that is handed to it. A call that makes no callback for a
