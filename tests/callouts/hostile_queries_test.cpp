@@ -1,7 +1,9 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <ostream>
 #include <string>
+#include <vector>
 
 #include "tests/callouts/decomposing.h"
 #include "tests/callouts/watched_call.h"
@@ -25,14 +27,17 @@ constexpr std::uint32_t kName = 0x00100010;
 constexpr std::uint32_t kPatientID = 0x00100020;
 constexpr std::uint32_t kAge = 0x00101010;
 constexpr std::uint32_t kImages = 0x00081140;
+constexpr std::uint32_t kBeams = 0x300A00B0;  // a sequence
 
 std::string Name() { return kExplicit.Element(kName, "PN", "ab"); }
 std::string Number() { return kExplicit.Element(kPatientID, "LO", "4711"); }
 
-/// An item that declares ten bytes more than the data set has.
+std::string Beams() { return kExplicit.Sequence(kBeams, Item(Number())); }
+
+/// An item that declares far more bytes than it has, or any of the data sets here behind it.
 std::string EndlessSequence() {
   const std::string element = kExplicit.Element(0x00081155, "UI", "1.");
-  return kExplicit.Header(kImages, "SQ", 28) + TagAndLength(kItem, 20) + element;
+  return kExplicit.Header(kImages, "SQ", 208) + TagAndLength(kItem, 200) + element;
 }
 
 /// "VR value", or "nothing".
@@ -127,15 +132,48 @@ TEST_F(HostileQuery, FindsWhatStandsBeforeDamageAndFailsOnWhatStandsBehindIt) {
   EXPECT_EQ(TextOf(Ask(EndlessSequence(), {kImages, 1, 0x00081155})), "UI 1.");
 }
 
-TEST_F(HostileQuery, ForWhatSortsBehindAnItemThatIsTooLongNeverReturns) {
-  const WatchedCall call = Watch([](Host& host) {
-    const std::uint32_t stream = host.Add(std::make_shared<MemoryStream>(EndlessSequence()));
-    TheLibrary().CallList("zfQueryStream",
-                          ListBuilder().Integer(stream).String(kExplicitLittleEndian).List(Path({kName})));
+/// A call for what sorts behind an item that is longer than the data set. What stands behind the item is read inside
+/// it, so that it counts as absent, be it there or not.
+struct EndlessQuestion {
+  const char* function;
+  std::vector<std::uint32_t> path;
+  std::string behind;  ///< in the data set, behind the sequence
+
+  friend std::ostream& operator<<(std::ostream& out, const EndlessQuestion& question) {
+    return out << question.function << (question.behind.empty() ? " absent" : " present");
+  }
+};
+
+class EndlessQuery : public LoadedLibrary, public testing::WithParamInterface<EndlessQuestion> {};
+
+TEST_P(EndlessQuery, ForWhatSortsBehindAnItemThatIsTooLongNeverReturns) {
+  const auto& [function, path, behind] = GetParam();
+  const WatchedCall call = Watch([&](Host& host) {
+    ListBuilder steps;
+    for (const std::uint32_t step : path) steps.Integer(step);
+    const std::uint32_t stream = host.Add(std::make_shared<MemoryStream>(EndlessSequence() + behind));
+    TheLibrary().CallList(function, ListBuilder().Integer(stream).String(kExplicitLittleEndian).List(steps));
   });
   EXPECT_FALSE(call.returned);
   EXPECT_EQ(call.Names(), (std::vector<std::string>{"Position", "Peek", "Skip", "Peek"}));
   EXPECT_EQ(call.callbacks.back(), "PopString -> 0 bytes");  // the host has told the end
+}
+
+INSTANTIATE_TEST_SUITE_P(AbsentAndPresent, EndlessQuery,
+                         testing::Values(EndlessQuestion{"zfQueryStream", {kName}, ""},
+                                         EndlessQuestion{"zfQueryStream", {kName}, Name()},
+                                         EndlessQuestion{"zfGetNextSubscript", {kBeams, 0}, ""},
+                                         EndlessQuestion{"zfGetNextSubscript", {kBeams, 0}, Beams()}));
+
+TEST_F(HostileQuery, ForWhatSortsBehindAnItemOfTheRightLengthFindsIt) {
+  const std::string images = kExplicit.Sequence(kImages, Item(kExplicit.Element(0x00081155, "UI", "1.")));
+  EXPECT_EQ(TextOf(Ask(images + Name(), {kName})), "PN ab");
+  const std::uint32_t stream = host_.Add(std::make_shared<MemoryStream>(images + Beams()));
+  const ListResult next =
+      Call("zfGetNextSubscript",
+           ListBuilder().Integer(stream).String(kExplicitLittleEndian).List(Path({kBeams, 0})));
+  ExpectSuccess(next);
+  EXPECT_EQ(AsInteger(next.values.at(0).value), 1);
 }
 
 // --- Files

@@ -204,13 +204,26 @@ TEST_F(NextSubscript, RefusesAListOfOddLengthWithTheWordsForEven) {
   ExpectFailure(ask(""), u"Property list is empty -  decomposing stream");
 }
 
-TEST_F(NextSubscript, WrapsAtTheGreatestNumber) {
-  auto [stream, oref] = Make<MemoryStream>(Plan(kExplicit));
-  const std::string list = ListBuilder().Integer(kBeamSequence).Integer(0xFFFFFFFF).Bytes();
-  const ListResult result =
-      Call("zfGetNextSubscript", ListBuilder().Integer(oref).String(kExplicitLittleEndian).String(list));
+TEST_F(NextSubscript, WrapsAtTheGreatestNumberAndSoStopsAtTheFirstItem) {
+  // Behind it stands an element of odd length, at which a search for any item but the first fails.
+  const std::string start = kExplicit.Header(kBeamSequence, "SQ", dicom_bytes::kUndefined) +
+                            dicom_bytes::TagAndLength(dicom_bytes::kItem, dicom_bytes::kUndefined);
+  auto [stream, oref] = Make<MemoryStream>(start + kExplicit.Element(kBeamName, "LO", "odd"));
+  const auto ask = [o = oref](std::int64_t subscript) {
+    return Call("zfGetNextSubscript",
+                ListBuilder()
+                    .Integer(o)
+                    .String(kExplicitLittleEndian)
+                    .String(ListBuilder().Integer(kBeamSequence).Integer(subscript).Bytes()));
+  };
+  const ListResult result = ask(0xFFFFFFFF);
   ExpectSuccess(result);
   EXPECT_EQ(AsInteger(result.values.at(0).value), 0);
+  EXPECT_EQ(stream->Position(), static_cast<std::int64_t>(start.size()) + 1);
+  stream->MoveTo(1);
+  ExpectFailure(
+      ask(0xFFFFFFFE),
+      u"DecomposeElement reading VR and data length: Datalength is an odd number -  decomposing stream");
 }
 
 class QueryFile : public Query {
