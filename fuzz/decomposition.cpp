@@ -16,6 +16,7 @@ namespace fuzz {
 namespace {
 
 constexpr int kAbandoned = 77;
+constexpr std::size_t kLongestHeader = 12;  // of an element (PS3.5 section 7.1.2)
 
 /// A content handler. At the end of a stream that leaves the library peeking it fails, which is the host's one way to
 /// be rid of such a call: behind this event no callback would come any more.
@@ -81,6 +82,9 @@ Decomposition Decompose(const std::string& bytes, const char* transfer_syntax, e
   outcome.would_never_return = !handler->AbandonedAt().empty();
   const auto consumed = static_cast<std::size_t>(stream->Position() - 1);
   Require(consumed >= account.Position(), "the host's stream stands before what the events told of");
+  // Behind that come a header at most, or all the bytes of what the end of the stream has cut.
+  Require(consumed == bytes.size() || consumed - account.Position() <= kLongestHeader,
+          "the host's stream stands behind what was read");
   if (outcome.result.Succeeded()) {
     Require(account.IsClosed(), "a success with something still open");
     Require(account.Position() == bytes.size(), "a success that did not tell of every byte");

@@ -1,6 +1,7 @@
 // The next item of a sequence is the one that a decomposition tells of.
 
 #include <memory>
+#include <utility>
 
 #include "emulator/host.h"
 #include "fuzz/asked_path.h"
@@ -10,6 +11,31 @@
 #include "fuzz/library.h"
 #include "fuzz/query_model.h"
 #include "fuzz/target.h"
+
+namespace fuzz {
+namespace {
+
+struct NextItem {
+  emulator::ListResult result;
+  std::size_t consumed;  ///< bytes that the host's stream stands behind
+};
+
+NextItem Ask(const std::string& bytes, const char* syntax, const Path& path, bool fails_at_end) {
+  emulator::Host host;
+  const auto stream = std::make_shared<AskedStream>(bytes, fails_at_end);
+  emulator::ListBuilder arguments;
+  arguments.Integer(host.Add(stream)).String(syntax).List(PropertyList(path));
+  emulator::ListResult result = TheLibrary().CallList("zfGetNextSubscript", arguments);
+  return {std::move(result), static_cast<std::size_t>(stream->Position() - 1)};
+}
+
+bool Answers(const emulator::ListResult& result, const std::string& number) {
+  return result.Succeeded() && result.values.size() == 1 &&
+         emulator::AsBytes(result.values[0].value) == number;
+}
+
+}  // namespace
+}  // namespace fuzz
 
 void fuzz::RunInput(FuzzInput input) {
   const char* const syntax = SyntaxFor(input.Choice(kSupportedSyntaxes));
@@ -27,18 +53,20 @@ void fuzz::RunInput(FuzzInput input) {
   if (path.size() % 2 == 1) path.push_back(item);
   const Answer expected = ExpectedNextItem(record.Events(), path);
 
-  emulator::Host host;
-  emulator::ListBuilder arguments;
-  arguments.Integer(host.Add(std::make_shared<AskedStream>(bytes, endless)));
-  arguments.String(syntax).List(PropertyList(path));
-  const emulator::ListResult result = TheLibrary().CallList("zfGetNextSubscript", arguments);
+  const auto [result, consumed] = Ask(bytes, syntax, path, endless);
 
   if (expected.kind == Answer::Kind::kOpen) {
     Require(!result.Succeeded(), "a success although the answer cannot be known");
     return;
   }
   if (endless && !result.Succeeded()) return;  // the answer stood at the end, where the stream fails
-  Require(result.Succeeded() && result.values.size() == 1, "no answer although there is one");
-  const std::string number = expected.kind == Answer::Kind::kFound ? expected.value : "0";
-  Require(emulator::AsBytes(result.values[0].value) == number, "another item than the next one");
+  const bool is_found = expected.kind == Answer::Kind::kFound;
+  const std::string number = is_found ? expected.value : "0";
+  Require(Answers(result, number), "another item than the next one");
+  if (!is_found) return;
+  // Up to there the item is there, and with a byte less it is not.
+  Require(Answers(Ask(bytes.substr(0, consumed), syntax, path, false).result, number),
+          "the host's stream stands before the item");
+  Require(!Answers(Ask(bytes.substr(0, consumed - 1), syntax, path, false).result, number),
+          "the host's stream stands behind the item's start");
 }

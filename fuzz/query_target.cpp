@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <utility>
 
 #include "emulator/host.h"
 #include "fuzz/asked_path.h"
@@ -22,14 +23,33 @@ struct Question {
   const char* syntax;
 };
 
-emulator::ListResult AskStream(const Question& question, const std::string& bytes, bool fails_at_end) {
+struct StreamAnswer {
+  emulator::ListResult result;
+  std::size_t consumed;  ///< bytes that the host's stream stands behind
+};
+
+StreamAnswer AskStream(const Question& question, const std::string& bytes, bool fails_at_end) {
   emulator::Host host;
+  const auto stream = std::make_shared<AskedStream>(bytes, fails_at_end);
   emulator::ListBuilder arguments;
-  arguments.Integer(host.Add(std::make_shared<AskedStream>(bytes, fails_at_end)));
-  arguments.String(question.syntax)
+  arguments.Integer(host.Add(stream))
+      .String(question.syntax)
       .List(PropertyList(question.path))
       .Integer(question.sequence_answer ? 1 : 0);
-  return TheLibrary().CallList("zfQueryStream", arguments);
+  emulator::ListResult result = TheLibrary().CallList("zfQueryStream", arguments);
+  return {std::move(result), static_cast<std::size_t>(stream->Position() - 1)};
+}
+
+bool HasAnswer(const emulator::ListResult& result) { return result.Succeeded() && result.values.size() == 2; }
+
+/// The stream stands behind the answer and no further: up to there it is there, and with a byte less it is not.
+void RequirePositionBehindAnswer(const Question& question, const std::string& bytes, std::size_t consumed) {
+  constexpr bool kFailsAtEnd =
+      false;  // nor is there an end to be peeked at for ever: the last byte is of a header or a value
+  Require(HasAnswer(AskStream(question, bytes.substr(0, consumed), kFailsAtEnd).result),
+          "the host's stream stands before the end of the answer");
+  Require(!HasAnswer(AskStream(question, bytes.substr(0, consumed - 1), kFailsAtEnd).result),
+          "the host's stream stands behind the answer");
 }
 
 emulator::ListResult AskFile(const Question& question, const std::string& bytes, bool with_header) {
@@ -51,7 +71,7 @@ void RequireAnswer(const Answer& expected, const emulator::ListResult& result) {
       Require(result.Succeeded() && result.values.empty(), "an answer although there is none");
       return;
     case Answer::Kind::kFound:
-      Require(result.Succeeded() && result.values.size() == 2, "no answer although there is one");
+      Require(HasAnswer(result), "no answer although there is one");
       Require(result.values[0].data == expected.vr, "the answer has another VR");
       Require(result.values[1].data == expected.value, "the answer has another value");
       return;
@@ -79,9 +99,10 @@ void RunInput(FuzzInput input) {
   const Answer expected = ExpectedAnswer(record.Events(), question.path, question.sequence_answer);
 
   const bool endless = decomposition.would_never_return;
-  const emulator::ListResult from_stream = AskStream(question, bytes, endless);
+  const auto [from_stream, consumed] = AskStream(question, bytes, endless);
   const bool is_known = !endless || expected.kind == Answer::Kind::kOpen || from_stream.Succeeded();
   if (is_known) RequireAnswer(expected, from_stream);
+  if (HasAnswer(from_stream)) RequirePositionBehindAnswer(question, bytes, consumed);
   if (endless) return;  // a file gives the host no way to end the call
   RequireAnswer(expected, AskFile(question, bytes, (flags & 2U) != 0));
 }
