@@ -3,9 +3,12 @@
 // Questions come on standard input, a line each: KIND, SYNTAX, PATH and PROPERTIES with tabs between them. The file is a
 // data set from its first byte on; the properties are tags and item numbers in decimal, with commas between them.
 //
-//     stream    zfQueryStream                            VR and value in hexadecimal
-//     file      zfQueryFileOrDataSet, with a result stream: the value whole
-//     items     zfGetNextSubscript until it answers 0: the numbers
+//     stream     zfQueryStream                            VR and value in hexadecimal
+//     file       zfQueryFileOrDataSet                     the same
+//     whole      the same with a result stream            the value whole
+//     headed     the same for a file with a header        the value whole
+//     items      zfGetNextSubscript until it answers 0    the numbers
+//     reference  zfParsePropertyReference of PROPERTIES   the properties
 //
 // Each answer is one line: STATUS, then the words above, or the message of a failure.
 #include <cstdint>
@@ -31,6 +34,7 @@ struct Question {
   std::string kind;
   std::string syntax;
   std::string path;
+  std::string reference;
   std::vector<std::int64_t> properties;
 };
 
@@ -40,6 +44,10 @@ Question ParseQuestion(const std::string& line) {
   std::getline(fields, question.kind, '\t');
   std::getline(fields, question.syntax, '\t');
   std::getline(fields, question.path, '\t');
+  if (question.kind == "reference") {
+    std::getline(fields, question.reference);
+    return question;
+  }
   for (std::string number; std::getline(fields, number, ',');)
     question.properties.push_back(std::stoll(number));
   return question;
@@ -72,17 +80,36 @@ std::string AskStream(const emulator::Library& library, const Question& question
       ListBuilder().Integer(AddFile(host, question)).String(question.syntax).String(PropertyList(question))));
 }
 
-std::string AskFile(const emulator::Library& library, const Question& question) {
+ListResult AskFile(const emulator::Library& library, const Question& question, std::uint32_t output_oref) {
+  constexpr int kNoSequenceAnswer = 0;
+  ListBuilder arguments;
+  arguments.Integer(question.kind == "headed" ? 1 : 0).String(question.path).String(question.syntax);
+  arguments.String(PropertyList(question)).Integer(kNoSequenceAnswer).Integer(output_oref);
+  return library.CallList("zfQueryFileOrDataSet", arguments);
+}
+
+std::string AskFileForChunk(const emulator::Library& library, const Question& question) {
+  const emulator::Host host;
+  return Text(AskFile(library, question, 0));
+}
+
+std::string AskFileForWhole(const emulator::Library& library, const Question& question) {
   emulator::Host host;
   const auto output = std::make_shared<emulator::MemoryStream>();
-  const ListResult result = library.CallList("zfQueryFileOrDataSet", ListBuilder()
-                                                                         .Integer(0)
-                                                                         .String(question.path)
-                                                                         .String(question.syntax)
-                                                                         .String(PropertyList(question))
-                                                                         .Integer(0)
-                                                                         .Integer(host.Add(output)));
+  const ListResult result = AskFile(library, question, host.Add(output));
   return Text(result, output->Bytes());
+}
+
+std::string Parse(const emulator::Library& library, const Question& question) {
+  const emulator::Host host;
+  const ListResult result =
+      library.CallList("zfParsePropertyReference", ListBuilder().String(question.reference));
+  if (result.status != 0) return Text(result);
+  std::string numbers = "0";
+  for (const emulator::ListValue& value : emulator::ReadList(emulator::AsBytes(result.values.at(0).value))) {
+    numbers += " " + emulator::AsBytes(value.value);
+  }
+  return numbers;
 }
 
 std::string ListItems(const emulator::Library& library, Question question) {
@@ -103,7 +130,9 @@ std::string ListItems(const emulator::Library& library, Question question) {
 
 std::string Answer(const emulator::Library& library, const Question& question) {
   if (question.kind == "stream") return AskStream(library, question);
-  if (question.kind == "file") return AskFile(library, question);
+  if (question.kind == "file") return AskFileForChunk(library, question);
+  if (question.kind == "whole" || question.kind == "headed") return AskFileForWhole(library, question);
+  if (question.kind == "reference") return Parse(library, question);
   return ListItems(library, question);
 }
 

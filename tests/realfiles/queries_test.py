@@ -12,6 +12,8 @@ import sys
 import unittest
 import warnings
 
+import pydicom.datadict
+
 import independent_reader
 import sample_files
 from prescribed_failures import AS_OPENED
@@ -20,6 +22,22 @@ from sample_files import DEFLATED
 CHUNK = independent_reader.CHUNK
 TOO_LONG = "1 Data is too long to be returned from a query when no result stream is passed -  decomposing stream"
 NOTHING = "0"
+HEADER = bytes(128) + b"DICM"
+
+
+def signed(number):
+    return number - (1 << 32) if number >= 1 << 31 else number
+
+
+def reference_to(path):
+    """(300A,00B0)[3].(0010,0010): a path as users write it, with tags by their numbers."""
+    steps = [f"({tag >> 16:04X},{tag & 0xFFFF:04X})" for tag in path[::2]]
+    items = [f"[{item}]" for item in path[1::2]] + [""]
+    return ".".join(step + item for step, item in zip(steps, items))
+
+
+def is_known_sequence(tag):
+    return pydicom.datadict.dictionary_has_tag(tag) and pydicom.datadict.dictionary_VR(tag) == "SQ"
 
 
 class DataSet:
@@ -84,12 +102,15 @@ class QueriesTest(unittest.TestCase):
         shutil.rmtree(SCRATCH, ignore_errors=True)
         print(f"{cls.asked} questions asked")
 
-    def ask(self, kind, sample, path):
+    def answer(self, kind, syntax, file, properties):
         type(self).asked += 1
-        properties = ",".join(str(p - (1 << 32) if p >= 1 << 31 else p) for p in path)
-        self.library.stdin.write(f"{kind}\t{sample.syntax}\t{self.data_path}\t{properties}\n")
+        self.library.stdin.write(f"{kind}\t{syntax}\t{file}\t{properties}\n")
         self.library.stdin.flush()
         return self.library.stdout.readline().rstrip("\r\n")
+
+    def ask(self, kind, sample, path):
+        file = self.headed_path if kind == "headed" else self.data_path
+        return self.answer(kind, sample.syntax, file, ",".join(str(signed(p)) for p in path))
 
     def data_sets(self):
         """Samples that decompose to their end, each with its data set in a file of its own."""
@@ -101,15 +122,29 @@ class QueriesTest(unittest.TestCase):
                 sample = sample_files.inflated(sample, SCRATCH)
             self.data_path = SCRATCH / "data_set"
             self.data_path.write_bytes(sample.data)
+            self.headed_path = SCRATCH / "headed"
+            self.headed_path.write_bytes(HEADER + sample.data)
             yield sample, DataSet(independent_reader.events(sample.data, sample.syntax, sample.implicit).lines)
+
+    def check_reference(self, path):
+        """What users write leads to the path. True when it does, which needs known sequences on the way."""
+        answer = self.answer("reference", "", "", reference_to(path))
+        if not answer.startswith("0"):
+            self.assertFalse(all(map(is_known_sequence, path[:-1:2])), reference_to(path) + ": " + answer)
+            return False
+        self.assertEqual(answer, " ".join(["0", *(str(signed(p)) for p in path)]))
+        return True
 
     def check_element(self, sample, path, vr, value):
         whole = f"0 {vr} {value.hex().upper()}"
-        self.assertEqual(self.ask("stream", sample, path), whole if len(value) <= CHUNK else TOO_LONG)
-        self.assertEqual(self.ask("file", sample, path), whole)
+        chunk = whole if len(value) <= CHUNK else TOO_LONG
+        self.assertEqual(self.ask("stream", sample, path), chunk)
+        self.assertEqual(self.ask("file", sample, path), chunk)
+        self.assertEqual(self.ask("whole", sample, path), whole)
+        self.assertEqual(self.ask("headed", sample, path), whole)
 
     def test_every_element_is_found(self):
-        elements = unreachable = 0
+        elements = unreachable = references = 0
         for sample, data_set in self.data_sets():
             with self.subTest(sample.name):
                 for path, (vr, value) in data_set.answers.items():
@@ -118,9 +153,11 @@ class QueriesTest(unittest.TestCase):
                         self.assertEqual(self.ask("stream", sample, path), NOTHING)
                     else:
                         elements += 1
+                        references += self.check_reference(path)
                         self.check_element(sample, path, vr, bytes(value))
-        print(f"{elements} elements found, {unreachable} out of order and not found")
+        print(f"{elements} elements found, {references} of them by a reference; {unreachable} out of order and not found")
         self.assertGreater(elements, 5000)
+        self.assertGreater(references, 5000)
 
     def test_every_sequence_is_enumerated(self):
         sequences = 0
