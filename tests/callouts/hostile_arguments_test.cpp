@@ -1,6 +1,13 @@
+#include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cmath>
+#include <cstdint>
 #include <limits>
+#include <memory>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "emulator/platform/shared_object.h"
@@ -199,6 +206,74 @@ TEST_F(HostileArguments, FromTwoThreadsAreServedOneAfterTheOther) {
   }
   EXPECT_EQ(wrong_there, 0);
   EXPECT_EQ(wrong_here, 0);
+}
+
+/// Waits for it, at most that long.
+void Await(const std::atomic<bool>& happened, std::chrono::milliseconds longest) {
+  const auto end = std::chrono::steady_clock::now() + longest;
+  while (!happened && std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+}
+
+/// Where among the callbacks these objects come first and last.
+struct Span {
+  std::size_t first;
+  std::size_t last;
+};
+
+Span SpanOf(const Lines& callbacks, std::uint32_t first_oref, std::uint32_t last_oref) {
+  Span span{callbacks.size(), 0};
+  for (std::size_t at = 0; at < callbacks.size(); ++at) {
+    for (std::uint32_t oref = first_oref; oref <= last_oref; ++oref) {
+      const std::string object = " " + std::to_string(oref) + " ";
+      if (!callbacks[at].starts_with("PushMethod" + object) &&
+          !callbacks[at].starts_with("PushProperty" + object))
+        continue;
+      span = {std::min(span.first, at), at};
+    }
+  }
+  return span;
+}
+
+TEST_F(HostileArguments, FromAnotherThreadWaitUntilACallThatIsInsideAnEventHasEnded) {
+  constexpr std::chrono::seconds kLong{10};
+  constexpr std::chrono::milliseconds kTimeToOvertake{300};
+  std::atomic<bool> is_inside{false};
+  std::atomic<bool> other_calls{false};
+  std::atomic<bool> other_has_returned{false};
+  const auto decompose = [](std::uint32_t stream) {  // its handler is the object behind it
+    return Call("zfDecomposeStream",
+                ListBuilder().Integer(stream).String(kExplicitLittleEndian).Integer(stream + 1).Integer(0));
+  };
+  const auto add_pair = [this](std::shared_ptr<EventLog> log) {
+    const std::string name = kExplicit.Element(0x00100010, "PN", "ab");
+    const std::uint32_t stream = host_.Add(std::make_shared<MemoryStream>(name));
+    host_.Add(std::move(log));
+    return stream;
+  };
+  const auto log = std::make_shared<EventLog>();
+  log->OnEvent([&](std::string_view event, std::span<const Value>) {
+    if (event != "StartElement") return;
+    is_inside = true;
+    Await(other_calls, kLong);
+    Await(other_has_returned, kTimeToOvertake);
+  });
+  const std::uint32_t here = add_pair(log);
+  const std::uint32_t there = add_pair(std::make_shared<EventLog>());
+  host_.Record(true);
+  ListResult result_there;
+  {
+    const SmallThread other([&] {
+      Await(is_inside, kLong);
+      other_calls = true;
+      result_there = decompose(there);
+      other_has_returned = true;
+    });
+    ExpectSuccess(decompose(here));
+  }
+  ExpectSuccess(result_there);
+  EXPECT_LT(SpanOf(host_.Calls(), here, here + 1).last, SpanOf(host_.Calls(), there, there + 1).first);
 }
 
 }  // namespace
