@@ -12,6 +12,7 @@ std::uint64_t g_fails_from = 0;
 std::uint64_t g_fails_to = 0;
 std::uint64_t g_seen = 0;
 std::uint64_t g_failed = 0;
+std::uint64_t g_bytes_asked = 0;
 
 }  // namespace
 
@@ -20,12 +21,17 @@ void AllocationFaults::FailNth(std::uint64_t n, bool from_then_on) {
   g_fails_to = from_then_on ? UINT64_MAX : n;
   g_seen = 0;
   g_failed = 0;
+  g_bytes_asked = 0;
 }
 
 std::uint64_t AllocationFaults::Failed() { return g_failed; }
 
-bool AllocationFaults::Strike() {
-  if (emulator::Turn::Current() != emulator::Turn::Of::kLibrary || g_fails_from == 0) return false;
+std::uint64_t AllocationFaults::BytesAsked() { return g_bytes_asked; }
+
+bool AllocationFaults::Strike(std::size_t bytes) {
+  if (emulator::Turn::Current() != emulator::Turn::Of::kLibrary) return false;
+  g_bytes_asked += bytes;
+  if (g_fails_from == 0) return false;
   ++g_seen;
   if (g_seen < g_fails_from || g_seen > g_fails_to) return false;
   ++g_failed;
@@ -40,14 +46,16 @@ void* __real_malloc(std::size_t size);
 void* __real_calloc(std::size_t count, std::size_t size);
 void* __real_realloc(void* block, std::size_t size);
 
-void* __wrap_malloc(std::size_t size) { return AllocationFaults::Strike() ? nullptr : __real_malloc(size); }
+void* __wrap_malloc(std::size_t size) {
+  return AllocationFaults::Strike(size) ? nullptr : __real_malloc(size);
+}
 
 void* __wrap_calloc(std::size_t count, std::size_t size) {
-  return AllocationFaults::Strike() ? nullptr : __real_calloc(count, size);
+  return AllocationFaults::Strike(count * size) ? nullptr : __real_calloc(count, size);
 }
 
 void* __wrap_realloc(void* block, std::size_t size) {
-  return AllocationFaults::Strike() ? nullptr : __real_realloc(block, size);
+  return AllocationFaults::Strike(size) ? nullptr : __real_realloc(block, size);
 }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 /// Memory that runs out, for the library alone: the allocations of the test and of the stand-in host always succeed.
@@ -10,6 +11,9 @@ class AllocationFaults {
   /// Allocations that have failed since then.
   static std::uint64_t Failed();
 
+  /// Bytes that the library has asked for since then.
+  static std::uint64_t BytesAsked();
+
   /// Asked by every allocation of the program. @return  true: it must fail
-  static bool Strike();
+  static bool Strike(std::size_t bytes);
 };

@@ -170,7 +170,8 @@ Scenario PackStream(std::string name, std::string bytes, Pack pack) {
             ListResult result;
             result.status = returned == 0 ? 0 : 1;
             return result;
-          }};
+          },
+          false};
 }
 
 Scenario Deflate(std::string name, std::string bytes, std::int32_t level) {
@@ -187,8 +188,49 @@ Scenario Inflate(std::string name, const std::string& bytes) {
                     });
 }
 
-Scenario LookUp(std::string function, ListBuilder arguments) {
-  return {function, [=](Host&, const Library& library) { return library.CallList(function, arguments); }};
+Scenario LookUp(std::string function, ListBuilder arguments, const std::string& what = "") {
+  return {function + what,
+          [=](Host&, const Library& library) { return library.CallList(function, arguments); }};
+}
+
+/// A call-out that turns the bytes of its buffer into others, and leaves them as they are when it fails.
+Scenario ConvertBytes(std::string name, std::string bytes,
+                      std::function<std::int32_t(const Library&, vessa::HostString&)> convert) {
+  return {std::move(name),
+          [bytes = std::move(bytes), convert = std::move(convert)](Host&, const Library& library) {
+            vessa::HostString buffer;
+            Fill(buffer, bytes);
+            ListResult result;
+            result.status = convert(library, buffer);
+            if (result.status == 0) result.values = ReadList(ListBuilder().String(Contents(buffer)).Bytes());
+            EXPECT_TRUE(result.status == 0 || (result.status == 1 && Contents(buffer) == bytes));
+            return result;
+          },
+          false};
+}
+
+std::int32_t Swap(const Library& library, vessa::HostString& buffer) {
+  return library.Call("zfSwitchByteOrdering", buffer, 4);
+}
+
+std::int32_t ToDecimal(const Library& library, vessa::HostString& buffer) {
+  return library.Call("zfBigHexToDecimal", buffer);
+}
+
+/// The same call on a host in which something is broken.
+Scenario With(std::string what, Scenario scenario, std::function<void(FaultPlan&)> plan) {
+  scenario.name += ", " + what;
+  scenario.call = [call = std::move(scenario.call), plan = std::move(plan)](Host& host,
+                                                                            const Library& library) {
+    plan(host.faults());
+    return call(host, library);
+  };
+  return scenario;
+}
+
+void FillCircle(StoredDataSet& data) {
+  data.TopSequence(0x00081140, 1);
+  data.SequenceInItem(1, 1, 0x00081140, 1);
 }
 
 }  // namespace
@@ -265,6 +307,48 @@ std::vector<Scenario> Lookups() {
       LookUp("zfNameTag", ListBuilder().String("PatientName")),
       LookUp("zfParsePropertyReference", ListBuilder().String("BeamSequence[2].BeamName")),
       LookUp("zfParsePropertySubscriptReference", ListBuilder().String("BeamSequence[2]")),
+      ConvertBytes("zfSwitchByteOrdering", "abcdefgh", Swap),
+      ConvertBytes("zfBigHexToDecimal", "123456789ABCDEF0123456789ABCDEF0", ToDecimal),
+  };
+}
+
+std::vector<Scenario> Failures() {
+  const DataSetBytes bytes(VrForm::kExplicit);
+  const Scenario plan = Decompose("sequences", Plan(VrForm::kExplicit), kExplicitLittleEndian);
+  const Scenario chunks = Compose("chunks", {}, FillChunks);
+  const auto fail = [](const char* method, bool from_then_on) {
+    return [=](FaultPlan& faults) { faults.FailNthMethod(method, 1, 5, from_then_on); };
+  };
+  return {
+      Decompose("an odd length", bytes.Element(kPatientName, "PN", "Doe"), kExplicitLittleEndian),
+      Decompose("a cut value", bytes.Element(kPatientName, "PN", "Doe^John").substr(0, 12),
+                kExplicitLittleEndian),
+      Decompose("an unknown syntax", "", std::string(100, '1')),
+      With("a failing event", plan, fail("Data", false)),
+      With("everything failing from an event on", plan,
+           [](FaultPlan& faults) { faults.FailNth(40, 5, true); }),
+      With("a failing Peek", plan, fail("Peek", true)),
+      AskStream("zfQueryStream", "for a value that is too long", {kPixelData}, LongValue()),
+      AskStream("zfGetNextSubscript", "with an empty list", {}, LongValue()),
+      LookUp("zfQueryFileOrDataSet",
+             ListBuilder()
+                 .Integer(0)
+                 .String("no such file")
+                 .String(kExplicitLittleEndian)
+                 .List(ListBuilder().Integer(kPatientName)),
+             " of no such file"),
+      Compose("a sequence in itself", {}, FillCircle),
+      Compose("an unknown tag", {}, FillOne(0x0028ABCE, "", "AB")),
+      With("a failing Write", chunks, fail("Write", true)),
+      LookUp("zfParsePropertyReference", ListBuilder().String(std::string(8000, 'A')), " with a long name"),
+      LookUp("zfParsePropertyReference", ListBuilder().String(std::string(32000, 'A')),
+             " with a name too long for a message"),
+      LookUp("zfTagInfo", ListBuilder(), " without a tag"),
+      PackStream("zfInflateStream what is not packed", "abcdefgh",
+                 [](const Library& library, std::int32_t in, std::int32_t out) {
+                   return library.Call("zfInflateStream", in, out, 0);
+                 }),
+      ConvertBytes("zfBigHexToDecimal with too many digits", std::string(100, 'F'), ToDecimal),
   };
 }
 
