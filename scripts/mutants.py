@@ -196,7 +196,7 @@ def describe(mutant):
 def is_of_today(mutant):
     """Whether the line that a described mutant changes is still there; blanks around operators do not count."""
     path, change = mutant.split(" | ", 1)
-    original = re.sub(r"\[(\S+) -> \S+\]", r"\1", change)
+    original = re.sub(r"\[(\S+?) -> \S+?\]", r"\1", change)
     lines = (ROOT / path).read_text(encoding="utf-8").splitlines() if (ROOT / path).exists() else []
     return original.replace(" ", "") in (line.replace(" ", "") for line in lines)
 
