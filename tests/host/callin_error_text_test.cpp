@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <limits>
 #include <set>
 
@@ -46,6 +47,18 @@ TEST(CallinErrorText, NamesTheErrorsOfTheHost) {
   EXPECT_EQ(CallinErrorText(179), "<MV WRAPUP>");
   EXPECT_EQ(CallinErrorText(181), "<PROTECT>");
   EXPECT_EQ(CallinErrorText(202), "<TCPWRITE>");
+}
+
+TEST(CallinErrorText, HasTheHostsWordsForEveryCode) {
+  // FNV-1a, 64 bits, over the host's list of words for the codes -17 to 202, each with a line feed behind it.
+  constexpr std::uint64_t kHashOfTheHostsList = 0x78AA738F4B6A04EB;
+  std::uint64_t hash = 0xCBF29CE484222325;
+  for (Status code = -17; code <= 202; ++code) {
+    for (const char letter : CallinErrorText(code) + "\n") {
+      hash = (hash ^ static_cast<unsigned char>(letter)) * 0x100000001B3;
+    }
+  }
+  EXPECT_EQ(hash, kHashOfTheHostsList);
 }
 
 TEST(CallinErrorText, HasNoWordsForExactlyTheseCodes) {
