@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "emulator/transfer_syntax.h"
 #include "emulator/vessa/answer_printer.h"
 #include "emulator/vessa/commands.h"
 #include "emulator/vessa/element_query.h"
@@ -14,11 +15,12 @@
 namespace emulator::tool {
 namespace {
 
-bool HasImplicitVrs(std::string_view syntax) {
-  return syntax == "1.2.840.10008.1.2" || syntax == "1.2.840.10008.1.20";
+/// Why group 0002 and a data set in this syntax cannot be read as if they were one; null where they can.
+const char* DifferenceFromMeta(std::string_view syntax) {
+  if (HasImplicitVr(syntax)) return "group 0002 has explicit VRs and the data set has none";
+  if (syntax == kExplicitBigEndian) return "group 0002 is little endian and the data set is not";
+  return nullptr;
 }
-
-bool IsDeflated(std::string_view syntax) { return syntax == "1.2.840.10008.1.2.1.99"; }
 
 class QueryCommand : public Command {
  public:
@@ -84,25 +86,28 @@ class QueryCommand : public Command {
   std::optional<ElementAnswer> Ask(Session& session, const DicomFile& file, const std::string& reference) {
     const ElementQuery query{PropertyListOf(session, ReferenceKind::kElement, reference),
                              sequence_may_answer_};
-    const bool is_meta = GroupOf(PropertiesIn(query.property_list).at(0)) == kMetaGroup;
-    std::optional<DicomFile::PositionedStream> input = is_meta ? file.OpenMeta() : std::nullopt;
+    if (through_ == "file" || !out_path_.empty()) {
+      const std::string syntax = file.TransferSyntax(session);
+      if (CanUseFileName(file, syntax)) return AskByFileName(session, file, syntax, query);
+    }
+    const bool is_meta = file.HasPreamble() && IsMeta(query);
     NullSink no_meta;
-    if (!input) input = file.OpenDataSet(session, no_meta);
-    if (through_ == "stream" && out_path_.empty()) return QueryStream(session, *input, query);
-    if (!CanUseFileName(file, *input)) return QueryStream(session, *input, query);
-    return AskByFileName(session, file, input->transfer_syntax, query);
+    return QueryStream(session, is_meta ? file.OpenMeta(session) : file.OpenDataSet(session, no_meta), query);
+  }
+
+  static bool IsMeta(const ElementQuery& query) {
+    return GroupOf(PropertiesIn(query.property_list).at(0)) == kMetaGroup;
   }
 
   /// zfQueryFileOrDataSet reads group 0002 and the data set in one syntax, from the file as it lies there.
-  static bool CanUseFileName(const DicomFile& file, const DicomFile::PositionedStream& input) {
-    const char* reason = nullptr;
-    if (IsDeflated(input.transfer_syntax)) reason = "the data set is deflated";
-    if (file.HasPreamble() && HasImplicitVrs(input.transfer_syntax))
-      reason = "group 0002 has explicit VRs and the data set has none";
+  static bool CanUseFileName(const DicomFile& file, const std::string& syntax) {
+    if (syntax.empty()) return false;
+    const char* reason = file.HasPreamble() ? DifferenceFromMeta(syntax) : nullptr;
+    if (syntax == kDeflatedExplicitLittleEndian) reason = "the data set is deflated";
     if (reason == nullptr) return true;
     WriteError(
-        fmt::format("vessa: {}: {}, so the library cannot query the file by its name; a stream behind "
-                    "group 0002 is queried instead",
+        fmt::format("vessa: {}: {}, so the library cannot query the file by its name; a stream is queried "
+                    "instead",
                     file.Path(), reason));
     return false;
   }

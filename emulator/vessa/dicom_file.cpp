@@ -8,7 +8,9 @@
 #include "emulator/vessa/extended_stream.h"
 #include "emulator/vessa/inflated_stream.h"
 #include "emulator/vessa/meta_reader.h"
+#include "emulator/vessa/null_sink.h"
 #include "emulator/vessa/printable_text.h"
+#include "emulator/vessa/shortened_stream.h"
 #include "emulator/vessa/tag_text.h"
 
 namespace emulator::tool {
@@ -49,8 +51,7 @@ void DicomFile::DecomposeInto(Session& session, ContentSink& sink, const StopRul
 
 DicomFile::PositionedStream DicomFile::OpenDataSet(Session& session, ContentSink& meta_sink) const {
   const std::shared_ptr<StreamObject> stream = WithMoreBytes(OpenFile(input_.path));
-  const std::string named = has_preamble_ ? DecomposeMeta(session, meta_sink, stream) : std::string();
-  const std::string& syntax = input_.syntax.empty() ? named : input_.syntax;
+  const std::string syntax = MoveBehindMeta(session, meta_sink, stream);
   if (syntax.empty()) {
     throw ToolError(
         kWrongUsage,
@@ -65,11 +66,31 @@ DicomFile::PositionedStream DicomFile::OpenDataSet(Session& session, ContentSink
   return {input_.path, stream, syntax};
 }
 
-std::optional<DicomFile::PositionedStream> DicomFile::OpenMeta() const {
-  if (!has_preamble_) return std::nullopt;
-  std::shared_ptr<StreamObject> stream = OpenFile(input_.path);
-  stream->MoveTo(1 + kPreambleBytes + static_cast<std::int64_t>(kPrefix.size()));
-  return PositionedStream{input_.path, std::move(stream), kExplicitLittleEndian};
+DicomFile::PositionedStream DicomFile::OpenMeta(Session& session) const {
+  const std::shared_ptr<StreamObject> file = OpenFile(input_.path);
+  std::int64_t end = file->ByteCount();
+  try {
+    NullSink no_events;
+    DecomposeMeta(session, no_events, file);
+    end = file->Position() - 1;
+  } catch (const LibraryFailure&) {
+    // What lies in front of the damage can be read all the same.
+  }
+  const auto meta = std::make_shared<ShortenedStream>(file, end);
+  meta->MoveTo(1 + static_cast<std::int64_t>(FirstElementOffset()));
+  return {input_.path, meta, kExplicitLittleEndian};
+}
+
+std::string DicomFile::TransferSyntax(Session& session) const {
+  NullSink no_meta;
+  return MoveBehindMeta(session, no_meta, OpenFile(input_.path));
+}
+
+/// @return  the syntax of the data set, where the stream then stands
+std::string DicomFile::MoveBehindMeta(Session& session, ContentSink& meta_sink,
+                                      const std::shared_ptr<StreamObject>& stream) const {
+  const std::string named = has_preamble_ ? DecomposeMeta(session, meta_sink, stream) : std::string();
+  return input_.syntax.empty() ? named : input_.syntax;
 }
 
 std::shared_ptr<StreamObject> DicomFile::WithMoreBytes(std::shared_ptr<StreamObject> stream) const {

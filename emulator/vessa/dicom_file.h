@@ -46,8 +46,10 @@ class DicomFile {
   /// The data set. The meta information, where there is one, goes to `meta_sink`.
   /// @throws ToolError  as DecomposeInto does
   PositionedStream OpenDataSet(Session& session, ContentSink& meta_sink) const;
-  /// The meta information, followed by the data set; nothing for a file without.
-  std::optional<PositionedStream> OpenMeta() const;
+  /// The meta information of a file that has it, up to its end: what follows may lie there in another syntax.
+  PositionedStream OpenMeta(Session& session) const;
+  /// Of the data set; empty where nobody names it. Throws as Decompose does.
+  std::string TransferSyntax(Session& session) const;
 
   const std::string& Path() const { return input_.path; }
   bool HasPreamble() const { return has_preamble_; }
@@ -58,6 +60,8 @@ class DicomFile {
   std::shared_ptr<StreamObject> WithMoreBytes(std::shared_ptr<StreamObject> stream) const;
   std::string DecomposeMeta(Session& session, ContentSink& sink,
                             const std::shared_ptr<StreamObject>& stream) const;
+  std::string MoveBehindMeta(Session& session, ContentSink& meta_sink,
+                             const std::shared_ptr<StreamObject>& stream) const;
 
   DicomInput input_;
   bool has_preamble_;

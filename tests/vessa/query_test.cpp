@@ -61,6 +61,24 @@ TEST(Query, PrintsNothingForWhatIsNotThere) {
   EXPECT_EQ(run.output + run.errors, "");
 }
 
+TEST(Query, PrintsNothingForWhatIsNotInGroup0002WhateverFollowsIt) {
+  const std::string not_readable = "\x63\x64\x60\x60 deflated bytes, or any other";
+  for (const char* const syntax : {kImplicitSyntax, "1.2.840.10008.1.2.1.99", "1.2.840.10008.1.2.2"}) {
+    const std::string file = MakeFile("other-syntax.dcm", DicomFile(syntax, not_readable));
+    const ToolRun absent = RunTool({"query", file, "(0002,0102)"});
+    EXPECT_EQ(absent.exit_code, 0) << syntax;
+    EXPECT_EQ(absent.output + absent.errors, "") << syntax;
+    EXPECT_EQ(RunTool({"query", file, "TransferSyntaxUID"}).output, std::string(syntax) + "\n");
+    EXPECT_EQ(RunTool({"query", "--through", "file", file, "(0002,0102)"}).exit_code, 0) << syntax;
+  }
+}
+
+TEST(Query, FindsWhatLiesInFrontOfDamageInGroup0002) {
+  const std::string cut = std::string(128, '\0') + "DICM" + kExplicit.Element(0x00020012, "UI", "1.2.3.44") +
+                          kExplicit.Header(0x00020102, "OB", 100);
+  EXPECT_EQ(RunTool({"query", MakeFile("cut-meta.dcm", cut), "ImplementationClassUID"}).output, "1.2.3.44\n");
+}
+
 TEST(Query, FailsForWhatIsRequiredAndNotThere) {
   const ToolRun run = RunTool({"query", "--require", SmallFile(), "PatientID"});
   EXPECT_EQ(run.exit_code, 1);
