@@ -2,6 +2,7 @@
 
 #include "emulator/transfer_syntax.h"
 #include "emulator/vessa/answer_printer.h"
+#include "emulator/vessa/answer_scopes.h"
 #include "emulator/vessa/commands.h"
 #include "emulator/vessa/element_query.h"
 #include "emulator/vessa/file_options.h"
@@ -58,9 +59,11 @@ class QueryCommand : public Command {
   ExitCode RunFile(Session& session, FileTask& task) override {
     const DicomFile file = file_.Open(task.path);
     for (const std::string& reference : references_.References()) {
-      const std::optional<ElementAnswer> answer = AskOrAdvise(session, file, reference);
+      const ElementQuery query{PropertyListOf(session, ReferenceKind::kElement, reference),
+                               sequence_may_answer_};
+      const std::optional<ElementAnswer> answer = AskOrAdvise(session, file, query);
       if (answer) {
-        Print(session, {file, reference, task.is_named}, *answer);
+        Print(session, {file, reference, query, task.is_named}, *answer);
       } else if (is_required_) {
         throw ToolError(kLibraryFailed, fmt::format("{}: no {}", file.Path(), reference));
       }
@@ -71,9 +74,9 @@ class QueryCommand : public Command {
  private:
   /// The library says what is missing; how to pass it is the tool's to say.
   std::optional<ElementAnswer> AskOrAdvise(Session& session, const DicomFile& file,
-                                           const std::string& reference) {
+                                           const ElementQuery& query) {
     try {
-      return Ask(session, file, reference);
+      return Ask(session, file, query);
     } catch (const LibraryFailure& failure) {
       const std::string message = failure.what();
       if (message.find("Data is too long to be returned") == std::string::npos) throw;
@@ -83,20 +86,18 @@ class QueryCommand : public Command {
     }
   }
 
-  std::optional<ElementAnswer> Ask(Session& session, const DicomFile& file, const std::string& reference) {
-    const ElementQuery query{PropertyListOf(session, ReferenceKind::kElement, reference),
-                             sequence_may_answer_};
+  std::optional<ElementAnswer> Ask(Session& session, const DicomFile& file, const ElementQuery& query) {
     if (through_ == "file" || !out_path_.empty()) {
       const std::string syntax = file.TransferSyntax(session);
       if (CanUseFileName(file, syntax)) return AskByFileName(session, file, syntax, query);
     }
-    const bool is_meta = file.HasPreamble() && IsMeta(query);
     NullSink no_meta;
-    return QueryStream(session, is_meta ? file.OpenMeta(session) : file.OpenDataSet(session, no_meta), query);
+    return QueryStream(
+        session, IsMeta(file, query) ? file.OpenMeta(session) : file.OpenDataSet(session, no_meta), query);
   }
 
-  static bool IsMeta(const ElementQuery& query) {
-    return GroupOf(PropertiesIn(query.property_list).at(0)) == kMetaGroup;
+  static bool IsMeta(const DicomFile& file, const ElementQuery& query) {
+    return file.HasPreamble() && GroupOf(PropertiesIn(query.property_list).at(0)) == kMetaGroup;
   }
 
   /// zfQueryFileOrDataSet reads group 0002 and the data set in one syntax, from the file as it lies there.
@@ -124,27 +125,24 @@ class QueryCommand : public Command {
   struct Question {
     const DicomFile& file;
     const std::string& reference;
+    const ElementQuery& query;
     bool names_file;
   };
 
-  void Print(Session& session, const Question& question, const ElementAnswer& answer) {
-    const auto& [file, reference, names_file] = question;
+  void Print(Session& session, const Question& question, ElementAnswer answer) {
+    const auto& [file, reference, query, names_file] = question;
     if (!out_path_.empty()) return WriteFile(answer.value);
     if (is_raw_) return session.Out().Write(answer.value);
-    const CharacterSets characters =
-        IsLocalText(answer.vr) ? CharacterSetsOf(session, file) : CharacterSets();
+    const std::vector<std::uint32_t> properties = PropertiesIn(query.property_list);
+    const DataSetScopes scopes =
+        IsMeta(file, query) ? DataSetScopes() : ScopesOfAnswer(session, file, answer.vr, properties);
+    answer.vr = scopes.Resolve(properties.back(), answer.vr);
     const std::string file_name = names_file ? file.Path() : std::string();
-    if (is_json_) return session.Out().WriteLine(AnswerJson(file_name, reference, answer, characters));
-    const std::string text = AnswerText(answer, characters);
+    if (is_json_)
+      return session.Out().WriteLine(AnswerJson(file_name, reference, answer, scopes.Characters()));
+    const std::string text = AnswerText(answer, scopes.Characters());
     session.Out().WriteLine((names_file ? PrintableUtf8(file_name) + ": " : "") +
                             references_.Label(reference) + text);
-  }
-
-  static CharacterSets CharacterSetsOf(Session& session, const DicomFile& file) {
-    NullSink no_meta;
-    const ElementQuery query{PropertyListFrom({kSpecificCharacterSet})};
-    const auto answer = QueryStream(session, file.OpenDataSet(session, no_meta), query);
-    return answer ? CharacterSets(answer->value) : CharacterSets();
   }
 
   void WriteFile(const std::string& bytes) const {

@@ -79,6 +79,74 @@ TEST(Query, FindsWhatLiesInFrontOfDamageInGroup0002) {
   EXPECT_EQ(RunTool({"query", MakeFile("cut-meta.dcm", cut), "ImplementationClassUID"}).output, "1.2.3.44\n");
 }
 
+TEST(Query, PrintsTextOfGroup0002WhateverTheDataSetIs) {
+  const std::string meta = kExplicit.Element(0x00020010, "UI", "1.2.840.10008.1.2.2 ") +
+                           kExplicit.Element(0x00020013, "SH", "VERSION1");
+  const std::string file =
+      MakeFile("big-endian.dcm", std::string(128, '\0') + "DICM" + meta + "not readable");
+  const ToolRun run = RunTool({"query", file, "ImplementationVersionName"});
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  EXPECT_EQ(run.output, "VERSION1\n");
+}
+
+TEST(Query, PrintsTextWhoseCharacterSetCannotBeRead) {
+  const std::string damage = kExplicit.Header(0x00041200, "UL", 3);
+  const std::string file = MakeFile("damage", kExplicit.Element(0x00041130, "LO", "MY DISC ") + damage);
+  const ToolRun run = RunTool({"query", "--syntax", "explicit", file, "FileSetID"});
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  EXPECT_EQ(run.output, "MY DISC\n");
+}
+
+TEST(Query, ReadsTextInTheCharacterSetOfTheItemAroundIt) {
+  const std::string greek =
+      kExplicit.Element(0x00080005, "CS", "ISO_IR 126") + kExplicit.Element(0x00100010, "PN", "\xC4\xE9");
+  const std::string file = MakeFile("greek", kExplicit.Element(0x00080005, "CS", "ISO_IR 100") +
+                                                 kExplicit.Sequence(0x00081140, dicom_bytes::Item(greek)) +
+                                                 kExplicit.Element(0x00100010, "PN", "\xC4\xE9"));
+  const ToolRun run = RunTool({"query", "--syntax", "explicit", "--raw", file,
+                               "ReferencedImageSequence[1].PatientName", "PatientName"});
+  EXPECT_EQ(run.output, "\xC4\xE9\xC4\xE9");
+  EXPECT_EQ(RunTool({"query", "--syntax", "explicit", file, "ReferencedImageSequence[1].PatientName"}).output,
+            "Δι\n");
+  EXPECT_EQ(RunTool({"query", "--syntax", "explicit", file, "PatientName"}).output, "Äé\n");
+}
+
+/// Smallest Image Pixel Value -2, or 65534, of a data set in implicit VR.
+std::string SmallestPixel(std::uint32_t pixel_representation, const std::string& around = {}) {
+  return around + kImplicit.Element(0x00280103, "US", dicom_bytes::Number16(pixel_representation)) +
+         kImplicit.Element(0x00280106, "US", dicom_bytes::Number16(0xFFFE));
+}
+
+TEST(Query, ResolvesWhatTheDictionaryOfImplicitVrsLeavesOpen) {
+  const std::string reference = "SmallestImagePixelValue";
+  const std::string is_signed = MakeFile("signed", SmallestPixel(1));
+  EXPECT_EQ(RunTool({"query", "--syntax", "implicit", is_signed, reference}).output, "-2\n");
+  EXPECT_EQ(
+      RunTool({"query", "--syntax", "implicit", MakeFile("unsigned", SmallestPixel(0)), reference}).output,
+      "65534\n");
+  EXPECT_EQ(RunTool({"query", "--syntax", "implicit", "--json", is_signed, reference}).output,
+            "{\"reference\":\"SmallestImagePixelValue\",\"vr\":\"SS\",\"Value\":[-2]}\n");
+}
+
+TEST(Query, ResolvesByWhatTheItemAroundTheAnswerSays) {
+  const std::string item = kImplicit.Sequence(0x00081140, dicom_bytes::Item(SmallestPixel(0)));
+  const std::string file = MakeFile("unsigned-item", SmallestPixel(1, item));
+  const ToolRun run = RunTool({"query", "--syntax", "implicit", file, "SmallestImagePixelValue",
+                               "ReferencedImageSequence[1].SmallestImagePixelValue"});
+  EXPECT_EQ(run.output,
+            "SmallestImagePixelValue\t-2\nReferencedImageSequence[1].SmallestImagePixelValue\t65534\n");
+}
+
+TEST(Query, NamesTheVrOfPixelDataByItsBits) {
+  for (const auto& [bits, vr] : {std::pair{8U, "OB"}, std::pair{16U, "OW"}}) {
+    const std::string file =
+        MakeFile("pixel", kImplicit.Element(0x00280100, "US", dicom_bytes::Number16(bits)) +
+                              kImplicit.Element(0x7FE00010, "OW", "ab"));
+    EXPECT_EQ(RunTool({"query", "--syntax", "implicit", "--json", file, "PixelData"}).output,
+              std::string(R"({"reference":"PixelData","vr":")") + vr + R"(","InlineBinary":"YWI="})" + "\n");
+  }
+}
+
 TEST(Query, FailsForWhatIsRequiredAndNotThere) {
   const ToolRun run = RunTool({"query", "--require", SmallFile(), "PatientID"});
   EXPECT_EQ(run.exit_code, 1);
