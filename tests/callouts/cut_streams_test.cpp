@@ -9,6 +9,7 @@ namespace {
 using dicom_bytes::DataSetBytes;
 using dicom_bytes::Item;
 using dicom_bytes::kExplicitLittleEndian;
+using dicom_bytes::kImplicitLittleEndian;
 using dicom_bytes::kItem;
 using dicom_bytes::kUndefined;
 using dicom_bytes::TagAndLength;
@@ -145,6 +146,30 @@ TEST_F(CutStream, WithAnItemLengthOfOneFlippedBitReportsTheRestInsideTheItemAndN
                           event("EndElement", 0x00100010)));
   EXPECT_THAT(call.callbacks, Contains("PopString -> 0 bytes"));   // the host has told the end
   EXPECT_EQ(call.callbacks.back(), "ConvertResult 3 -> 0 bytes");  // of EndElement
+}
+
+/// With implicit VR this is one element, a document of 30 bytes. Read with explicit VR it has a VR of the length's low
+/// half and no bytes, and what it holds is the next element: a sequence whose item names 20 bytes and has 10.
+std::string DocumentThatHoldsASequence() {
+  return kImplicit.Element(0x00420011, "OB",
+                           kExplicit.Header(kImages, "SQ", 28) + TagAndLength(kItem, 20) + First());
+}
+
+TEST_F(CutStream, OfImplicitVrReadAsExplicitMayNeverReturn) {
+  const WatchedCall call = WatchDecomposing(DocumentThatHoldsASequence());
+  EXPECT_FALSE(call.returned);
+  EXPECT_THAT(call.Names(),
+              ElementsAre("Position", "Peek", "StartContent",                                       //
+                          "ShouldStopDecomposition", "StartElement", "Data", "EndElement",          //
+                          "ShouldStopDecomposition", "StartElement", "StartSequence", "StartItem",  //
+                          "ShouldStopDecomposition", "StartElement", "Skip", "Peek", "Data", "EndElement"));
+  EXPECT_THAT(call.callbacks, Contains("PopString -> 0 bytes"));   // the host has told the end
+  EXPECT_EQ(call.callbacks.back(), "ConvertResult 3 -> 0 bytes");  // of EndElement
+}
+
+TEST_F(CutStream, OfImplicitVrReadAsSuchReturns) {
+  ExpectSuccess(Decompose(DocumentThatHoldsASequence(), kImplicitLittleEndian));
+  EXPECT_EQ(Events().front(), "StartElement 00420011 OB 30");
 }
 
 TEST_F(CutStream, WithTheRightLengthsReturns) {

@@ -240,6 +240,29 @@ TEST_F(Packing, AHostThatFailsInTheMiddleFailsTheCallBehindWhatWasWritten) {
   }
 }
 
+TEST_F(Packing, AHostThatTellsNoBytesWhereThereShouldBeSomeFailsTheCallBehindWhatWasWritten) {
+  const std::string data = Noise(100000);
+  const std::string packed = Packed(data, 0);
+  const std::string deflated = Deflate(data, 0).written;
+  for (const Lie lie : {Lie::kNegativeLength, Lie::kNoBytes}) {
+    for (const std::uint64_t read : {1U, 2U, 4U}) {  // of four with bytes
+      host_.faults().LieNth(lie, read);
+      const Outcome deflating = Deflate(data, 0);
+      EXPECT_EQ(deflating.returned, kFailed) << read;
+      EXPECT_LT(deflating.written.size(), deflated.size()) << read;
+      EXPECT_TRUE(deflated.starts_with(deflating.written)) << read;
+      host_.faults().Clear();
+
+      host_.faults().LieNth(lie, read);
+      const Outcome inflating = Inflate(packed);
+      EXPECT_EQ(inflating.returned, kFailed) << read;
+      const std::string whole_reads = packed.substr(0, (read - 1) * 32767);
+      EXPECT_TRUE(inflating.written == InflatedAsFarAsPossible(whole_reads, data.size())) << read;
+      host_.faults().Clear();
+    }
+  }
+}
+
 TEST_F(Packing, TakesACopyOfWhatTheHostHandsOut) {
   // The emulator overwrites what it has handed out at the next callback; a whole block at level 0 is still being
   // deflated when the first full output block is written.
