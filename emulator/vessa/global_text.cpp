@@ -58,7 +58,7 @@ std::string HostLiteral(const Value& value) {
     for (const char16_t unit : *wide) literal.Add(unit);
     return literal.Finish();
   }
-  const std::string bytes = AsBytes(value);
+  std::string bytes = AsBytes(value);
   if (IsCanonicalNumber(bytes)) return bytes;
   for (const char byte : bytes) literal.Add(static_cast<unsigned char>(byte));
   return literal.Finish();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 
@@ -28,8 +29,8 @@ std::string RateText(double bytes_a_second) {
 }
 
 std::string TimeText(double seconds) {
-  constexpr long long kMinute = 60;
-  const auto whole = std::llround(seconds);
+  constexpr std::int64_t kMinute = 60;
+  const std::int64_t whole = std::llround(seconds);
   return whole < kMinute ? fmt::format("{} s left", whole)
                          : fmt::format("{}:{:02} min left", whole / kMinute, whole % kMinute);
 }

@@ -11,7 +11,7 @@ Value WriterObject::Call(std::string_view method, std::span<const Value> argumen
   if (arguments.size() != 1) throw HostError{kWrongParameters};
   const HostTime host_time(progress_);
   try {
-    if (const auto* const bytes = std::get_if<std::string>(&arguments[0])) {
+    if (const auto* const bytes = std::get_if<std::string>(arguments.data())) {
       take_(*bytes);
     } else {
       take_(AsBytes(arguments[0]));

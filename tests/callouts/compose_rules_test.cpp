@@ -99,6 +99,20 @@ TEST_F(ComposeStream, LooksForFramesInTheByteOrderThatItWrites) {
               "E07F 1000 4F42 0000 1C000000" + big_endian);
 }
 
+TEST_F(ComposeStream, CountsWhatIsLeftWhereSizeAndPositionAreBothAboveTheRangeOf32Bits) {
+  class FarAlong : public MemoryStream {
+   public:
+    using MemoryStream::MemoryStream;
+    Value Property(std::string_view name) override {
+      constexpr std::int64_t kBytesBefore = std::int64_t{1} << 31;
+      return AsInteger(MemoryStream::Property(name)) + kBytesBefore;
+    }
+  };
+  data_.Top(kPixelData, 1, "OB", "");
+  Pixels(std::make_shared<FarAlong>("abcd"));
+  ExpectBytes(Compose(), "E07F 1000 4F42 0000 04000000 61626364");
+}
+
 TEST_F(ComposeStream, RefusesAVrWithoutAUnitForAnEmptyPixelStreamToo) {
   data_.Top(kPixelData, 1, "LO", "");
   Pixels("");

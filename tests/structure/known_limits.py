@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""known_limits.py ROOT: docs/known-limits.md has every case once, and every test that it names exists.
+"""known_limits.py ROOT: docs/known-limits.md has every case once, every test that it names exists, and whoever meets a
+surprise reads how to tell it and the way round.
 
 Prints one line a finding and exits with 1 when there is one.
 """
@@ -14,6 +15,7 @@ PAGE = "docs/known-limits.md"
 ROW = re.compile(r"^\| (\d+) \|(.*)\|$", re.MULTILINE)
 NAMED_TESTS = re.compile(r"(`\w+\.\w+`(?:, `\w+\.\w+`)*) in \[\w+\]\(\.\./([\w/.]+)\)")
 SURPRISE = re.compile(r"^#### Case (\d+): ", re.MULTILINE)
+ADVICE = ("How to tell", "Way round")
 
 
 def defines(source, suite, name):
@@ -41,9 +43,18 @@ def wrong_rows(text):
         yield f"{PAGE}: case {number} is told of and has no row"
 
 
+def missing_advice(text):
+    _, *pieces = SURPRISE.split(text.partition("## All cases")[0])
+    for number, told in zip(pieces[::2], pieces[1::2]):
+        for advice in ADVICE:
+            if f"\n{advice}:" not in told:
+                yield f"{PAGE}: case {number} is told of without \"{advice}\""
+
+
 def findings(root):
     text = (root / PAGE).read_text(encoding="utf-8")
     yield from wrong_rows(text)
+    yield from missing_advice(text)
     yield from missing_tests(root, text)
 
 

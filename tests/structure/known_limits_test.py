@@ -24,7 +24,8 @@ class KnownLimitsTest(unittest.TestCase):
             return list(known_limits.findings(root))
 
     def setUp(self):
-        self.whole = "#### Case 7: told\n\n" + "".join(map(row, known_limits.CASES))
+        self.told = "#### Case 7: told\n\nHow to tell: look.\n\nWay round: none.\n"
+        self.whole = self.told + "\n## All cases\n\n" + "".join(map(row, known_limits.CASES))
 
     def test_accepts_a_page_with_every_case_and_its_test(self):
         self.assertEqual(self.findings_of(self.whole), [])
@@ -41,7 +42,11 @@ class KnownLimitsTest(unittest.TestCase):
         self.assertEqual(len(self.findings_of(self.whole.replace(row(8), row(8).replace("/a_test", "/b_test")))), 2)
 
     def test_finds_a_surprise_without_a_row(self):
-        self.assertEqual(len(self.findings_of("#### Case 101: told\n" + self.whole)), 1)
+        self.assertEqual(len(self.findings_of(self.told.replace("7", "101") + self.whole)), 1)
+
+    def test_finds_a_surprise_without_advice(self):
+        for line in ("How to tell: look.\n", "Way round: none.\n"):
+            self.assertEqual(len(self.findings_of(self.whole.replace(line, ""))), 1)
 
 
 if __name__ == "__main__":
