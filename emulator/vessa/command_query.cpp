@@ -40,7 +40,9 @@ class QueryCommand : public Command {
     references_.Define(app, "Property references, such as BeamSequence[2].BeamName");
     app.add_flag("--json", is_json_, "Print each answer as a JSON object in a line");
     auto* const raw = app.add_flag("--raw", is_raw_, "Write the bytes of the values, and nothing else");
-    app.add_option("--out", out_path_, "Write the value, of any length, to this file; one reference only")
+    app.add_option("--out", out_path_,
+                   "Write the value, of any length, to this file; one reference only, and not for compressed "
+                   "pixel data, which dump --json --bulk writes")
         ->excludes(raw);
     app.add_flag("--sequence", sequence_may_answer_, "Let a sequence itself be the answer");
     app.add_flag("--require", is_required_, "Fail when a reference finds nothing");
@@ -131,9 +133,12 @@ class QueryCommand : public Command {
 
   void Print(Session& session, const Question& question, ElementAnswer answer) {
     const auto& [file, reference, query, names_file] = question;
-    if (!out_path_.empty()) return WriteFile(answer.value);
-    if (is_raw_) return session.Out().Write(answer.value);
     const std::vector<std::uint32_t> properties = PropertiesIn(query.property_list);
+    if (!out_path_.empty()) {
+      if (properties.back() == kPixelData) RefuseFragments(session, file);
+      return WriteFile(answer.value);
+    }
+    if (is_raw_) return session.Out().Write(answer.value);
     const DataSetScopes scopes =
         IsMeta(file, query) ? DataSetScopes() : ScopesOfAnswer(session, file, answer.vr, properties);
     answer.vr = scopes.Resolve(properties.back(), answer.vr);
@@ -143,6 +148,19 @@ class QueryCommand : public Command {
     const std::string text = AnswerText(answer, scopes.Characters());
     session.Out().WriteLine((names_file ? PrintableUtf8(file_name) + ": " : "") +
                             references_.Label(reference) + text);
+  }
+
+  /// Of encapsulated pixel data the library answers with the first fragment, and of the others it writes the long ones.
+  static void RefuseFragments(Session& session, const DicomFile& file) {
+    const std::string syntax = file.TransferSyntax(session);
+    if (HasNativePixels(syntax)) return;
+    throw ToolError(
+        kWrongUsage,
+        fmt::format("{}: the pixel data in transfer syntax {} come in fragments, of which a query gives some "
+                    "only; nothing was written\n  vessa dump --json --bulk FOLDER FILE writes all of them, "
+                    "each behind "
+                    "its item header",
+                    file.Path(), syntax));
   }
 
   void WriteFile(const std::string& bytes) const {

@@ -189,6 +189,25 @@ TEST(Query, SaysWhatHelpsWhereALongValueCannotBeWritten) {
   EXPECT_THAT(run.errors, HasSubstr("vessa convert --syntax explicit"));
 }
 
+TEST(Query, RefusesToWriteFragmentsToAFileAndNamesWhatDoes) {
+  const std::string fragments = dicom_bytes::Item("") + dicom_bytes::Item(std::string(40000, 'a')) +
+                                dicom_bytes::Item(std::string(20000, 'b')) +
+                                dicom_bytes::Item(std::string(40000, 'c'));
+  const std::string pixels =
+      kExplicit.Header(0x7FE00010, "OB", dicom_bytes::kUndefined) + fragments + dicom_bytes::SequenceEnd();
+  const std::string file = MakeFile("fragments.dcm", DicomFile(dicom_bytes::kJpegBaseline, pixels));
+  const std::string out = MakeFile("fragments.raw", "old");
+  const ToolRun run = RunTool({"query", "--out", out, file, "PixelData"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("come in fragments"));
+  EXPECT_THAT(run.errors, HasSubstr("nothing was written"));
+  EXPECT_EQ(ReadAll(out), "old");
+  EXPECT_THAT(run.errors, HasSubstr("vessa dump --json --bulk FOLDER FILE"));
+  const std::string folder = PathOf("bulk");
+  EXPECT_EQ(RunTool({"dump", "--json", "--bulk", folder, file}).exit_code, 0);
+  EXPECT_EQ(ReadAll(folder + "/000001-7FE00010.bin"), fragments);
+}
+
 TEST(Query, LetsASequenceAnswerWhenAsked) {
   EXPECT_EQ(RunTool({"query", SmallFile(), "ReferencedImageSequence"}).output, "");
   EXPECT_EQ(RunTool({"query", "--sequence", "--json", SmallFile(), "ReferencedImageSequence"}).output,
