@@ -1,22 +1,25 @@
-"""Lays the medians of a Google Benchmark report side by side.
+"""bench_table.py FOLDER: lays the medians of the Google Benchmark reports there side by side.
 
 A benchmark is named WORK/DATA/WHO; WHO is "library", "replay" (its callbacks alone), "dcmtk" or another peer. The
-repetitions of all of them are interleaved, so that a slow moment of the machine meets each alike.
+repetitions of all of them are interleaved, so that a slow moment of the machine meets each alike. Of the reports in
+FOLDER/before the library's rows are shown, as "before".
 """
 
 import json
+import pathlib
 import statistics
 import sys
 
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 REFERENCE = "library"
+BEFORE = "before"
 NOTE = "stand-in host"  # what the benchmarks tell of it
 
 
-def medians(report):
-    """{work/data: {who: {quantity: median}}}, in the order of the report."""
+def medians(reports):
+    """{work/data: {who: {quantity: median}}}, in the order of the first report."""
     runs = {}
-    for run in report["benchmarks"]:
+    for run in (run for report in reports for run in report["benchmarks"]):
         if run["run_type"] != "iteration":
             continue
         name = run["run_name"].split("/iterations:")[0]  # how it was run is no part of its name
@@ -52,15 +55,22 @@ def line(who, row, reference):
     return "".join(cells).rstrip()
 
 
-def main(path):
-    with open(path, encoding="utf-8") as file:
-        report = json.load(file)
-    for work, rows in medians(report).items():
+def reports_in(folder):
+    return [json.loads(path.read_text(encoding="utf-8")) for path in sorted(folder.glob("*.json"))]
+
+
+def main(folder):
+    reports = reports_in(folder)
+    before = medians(reports_in(folder / BEFORE))
+    for work, rows in medians(reports).items():
         print(work)
+        reference = rows.get(REFERENCE)
+        if REFERENCE in before.get(work, {}):
+            rows[BEFORE] = before[work][REFERENCE]
         for who, row in rows.items():
-            print(line(who, row, rows.get(REFERENCE, row)))
-    print(f"The {NOTE} {report['context'][NOTE]}.")
+            print(line(who, row, reference or row))
+    print(f"The {NOTE} {reports[0]['context'][NOTE]}.")
 
 
 if __name__ == "__main__":
-    main(sys.argv[1])
+    main(pathlib.Path(sys.argv[1]))
