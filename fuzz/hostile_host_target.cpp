@@ -4,11 +4,14 @@
 
 #include <array>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "emulator/client.h"
 #include "emulator/host.h"
 #include "emulator/host_error.h"
 #include "emulator/tag_text.h"
+#include "emulator/transfer_syntax.h"
 #include "fuzz/bounded_stream.h"
 #include "fuzz/decomposition.h"
 #include "fuzz/library.h"
@@ -140,7 +143,26 @@ struct Objects {
   std::uint32_t output;
 };
 
-/// One of the call-outs that answer with a list.
+/// Composes a data set of Pixel Data alone, which are taken from the stream.
+emulator::ListResult ComposePixels(emulator::Host& host, const char* syntax, const Objects& objects) {
+  constexpr std::int64_t kNode = 1;
+  const Value id = std::string("ID");
+  const auto set = [&](std::vector<Value> subscripts, const Value& value) {
+    subscripts.insert(subscripts.begin(), id);
+    host.globals().Set("KevDICOM.Data", subscripts, value);
+  };
+  set({std::int64_t{0}, std::string("c"), std::int64_t{0}, std::int64_t{0x7FE00010}}, kNode);
+  set({kNode, std::string("v")}, std::string("OW"));
+  if (objects.client != 0) set({kNode, std::string("l")}, kNode);  // of undefined length
+  return TheLibrary().CallList("zfComposeStream", emulator::ListBuilder()
+                                                      .Integer(objects.output)
+                                                      .String("ID")
+                                                      .String(syntax)
+                                                      .String(emulator::kExplicitBigEndian)
+                                                      .Integer(objects.stream));
+}
+
+/// One of the call-outs that read a data set and answer with a list.
 emulator::ListResult CallForList(std::size_t call, const char* syntax, std::size_t item,
                                  const Objects& objects) {
   emulator::ListBuilder arguments;
@@ -171,6 +193,10 @@ void RequirePrescribedNumber(bool inflates, const Objects& objects) {
   Require(returned == 0 || returned == -1, "an answer other than 0 and -1");
 }
 
+constexpr std::size_t kReadingCalls = 3;
+constexpr std::size_t kPackingCalls = 2;
+constexpr std::size_t kCalls = kReadingCalls + kPackingCalls + 1;
+
 /// One call with a host as the eight bytes of the plan say.
 void RunCall(std::size_t call, const char* syntax, FuzzInput plan, std::string bytes) {
   emulator::Host host;
@@ -185,12 +211,13 @@ void RunCall(std::size_t call, const char* syntax, FuzzInput plan, std::string b
   objects.handler = host.Add(std::make_shared<HostileHandler>(host, stream, acts_at, action));
   objects.output = host.Add(std::make_shared<BoundedStream>(100000));
 
-  constexpr std::size_t kListCalls = 3;
-  if (call < kListCalls) {
+  if (call < kReadingCalls) {
     stream->open_items = call == 0 ? 0 : 1;
     RequirePrescribedList(CallForList(call, syntax, acts_at % 3, objects));
+  } else if (call < kReadingCalls + kPackingCalls) {
+    RequirePrescribedNumber(call == kReadingCalls, objects);
   } else {
-    RequirePrescribedNumber(call == kListCalls, objects);
+    RequirePrescribedList(ComposePixels(host, syntax, objects));
   }
 }
 
@@ -198,7 +225,7 @@ void RunCall(std::size_t call, const char* syntax, FuzzInput plan, std::string b
 
 void RunInput(FuzzInput input) {
   const char* const syntax = SyntaxFor(input.Choice(kSupportedSyntaxes));
-  const std::size_t call = input.Choice(5);
+  const std::size_t call = input.Choice(kCalls);
   const FuzzInput plan = input;
   for (int i = 0; i < 8; ++i) input.Byte();
   RunCall(call, syntax, plan, input.Rest());
