@@ -1,9 +1,9 @@
 #!/usr/bin/python3
 """Data sets that nobody has looked at: what the loaded library reads, independent readers read as well.
 
-    agreement_test.py SCRATCH COMMAND...    COMMAND runs events_of; SCRATCH takes the data sets
+    agreement_test.py SCRATCH MAKE_SEEDS COMMAND...    COMMAND runs events_of; SCRATCH takes the data sets
 
-Made and mutated data sets, the same on every run. Where the library succeeds and a reader accepts the data set, both must
+Made and mutated data sets and those with which the fuzzer begins, the same on every run. Where the library succeeds and a reader accepts the data set, both must
 have found the same: pydicom tags, VRs, lengths, nesting and values; dcmdump tags, lengths and nesting. A data set that
 PS3.5 does not allow may be read in several ways: `different_readings` says which of its faults a reader takes otherwise.
 """
@@ -12,6 +12,7 @@ import collections
 import pathlib
 import re
 import shutil
+import subprocess
 import sys
 import unittest
 import warnings
@@ -27,6 +28,7 @@ from loaded_library import LoadedLibrary
 MADE = 60  # of each kind
 MUTANTS = 100  # of each sample
 SPIN_SECONDS = 0.3
+SEED_PREFIX = 2  # the number of a syntax, and what is the fuzz target's own
 
 # Samples of every kind: explicit and implicit, sequences with and without lengths, fragments, private elements.
 MUTATED = [
@@ -124,6 +126,18 @@ class AgreementTest(unittest.TestCase):
         for outcome in ("read by the library", "as pydicom has it", "as dcmdump has it"):
             self.assertEqual(self.counts[outcome], 3 * MADE)
 
+    def test_seeds_of_the_fuzzer_agree(self):
+        subprocess.run([MAKE_SEEDS, SCRATCH / "seeds"], check=True)
+        seeds = map(pathlib.Path.read_bytes, (SCRATCH / "seeds" / "decompose").iterdir())
+        data_sets = sorted({(seed[0], seed[SEED_PREFIX:]) for seed in seeds})
+        syntaxes = [sample_files.EXPLICIT, sample_files.IMPLICIT, self.samples["test_files/JPEG2000.dcm"].syntax]
+        for number, data in data_sets:
+            with self.subTest(syntaxes[number], data=data[:64]):
+                self.compare(self.head_of(syntaxes[number]), data, syntaxes[number])
+        self.report("seeds")
+        self.assertGreater(self.counts["as pydicom has it"], 10)
+        self.assertGreater(self.counts["as dcmdump has it"], 10)
+
     def test_mutated_data_sets_agree(self):
         for name, sample in self.samples.items():
             head = sample.path.read_bytes()[: sample.offset] or self.head_of(sample.syntax)
@@ -174,5 +188,6 @@ def first_difference(reader, theirs, ours):
 
 if __name__ == "__main__":
     SCRATCH = pathlib.Path(sys.argv[1])
-    COMMAND = sys.argv[2:]
+    MAKE_SEEDS = sys.argv[2]
+    COMMAND = sys.argv[3:]
     unittest.main(argv=sys.argv[:1], verbosity=2)
