@@ -148,9 +148,10 @@ TEST_F(Query, MakesAsManyCallbacksForANameWhateverFollows) {
   const std::string head = kExplicit.Element(kPatientName, "PN", "Doe^John") + std::string(16384, '\0');
   const std::string list = PropertyList("PatientName");
   std::uint64_t callbacks[2];
-  for (const std::size_t pixel_bytes : {std::size_t{0}, std::size_t{64} << 20}) {
-    auto [stream, oref] =
-        Make<MemoryStream>(head + kExplicit.Element(0x7FE00010, "OW", std::string(pixel_bytes, 'x')));
+  for (const std::uint32_t pixel_bytes : {0U, 256U << 20}) {
+    std::string bytes = head + kExplicit.Header(0x7FE00010, "OW", pixel_bytes);
+    bytes.resize(bytes.size() + pixel_bytes, 'x');
+    auto [stream, oref] = Make<MemoryStream>(std::move(bytes));
     const std::uint64_t before = host_.CallbackCount();
     EXPECT_TRUE(AnswerOf(Call("zfQueryStream",
                               ListBuilder().Integer(oref).String(kExplicitLittleEndian).String(list)))
