@@ -59,12 +59,16 @@ void* __wrap_realloc(void* block, std::size_t size) {
 }
 }
 
-// The array and nothrow forms of the standard library come here, too.
+// The nothrow forms of the standard library come here, too. So do its array forms, but sanitizers have their own.
 
 void* operator new(std::size_t size) {
   if (void* const block = std::malloc(size == 0 ? 1 : size)) return block;
   throw std::bad_alloc();
 }
 
+void* operator new[](std::size_t size) { return operator new(size); }
+
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t) noexcept { std::free(block); }

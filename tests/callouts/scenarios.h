@@ -10,7 +10,8 @@
 namespace emulator {
 
 /// One call-out over objects and globals that it makes on the host given to it. Every call of it is the same, and
-/// succeeds where nothing fails. What call-outs without a result list answer is told as if they had one.
+/// succeeds where nothing fails, but for the Failures. What call-outs without a result list answer is told as if they had
+/// one.
 struct Scenario {
   std::string name;
   std::function<ListResult(Host&, const Library&)> call;
