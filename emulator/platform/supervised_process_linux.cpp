@@ -74,10 +74,12 @@ ProcessEnd EndOf(int status) {
   return end;
 }
 
-/// What the second process does: it must not outlive the first, nor run what the first registered for its own
-/// exit.
+/// What the second process does: it must not outlive the first, whose end it learns by a signal that lets it tidy up,
+/// nor run what the first registered for its own exit.
 [[noreturn]] void RunBody(const std::function<int()>& body, pid_t parent) {
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  static_cast<void>(
+      std::signal(SIGTERM, SIG_DFL));  // the first may have been started with the signal ignored
+  prctl(PR_SET_PDEATHSIG, SIGTERM);
   if (getppid() != parent) _exit(EXIT_FAILURE);
   const int exit_code = body();
   static_cast<void>(std::fflush(nullptr));

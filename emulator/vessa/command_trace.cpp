@@ -83,7 +83,7 @@ class TraceCommand : public Command {
            "-o,--output", recording_path_,
            "Write a recording for 'vessa replay' into this file, in place of the lines. It holds all bytes "
            "that pass, so what is private in the input is private in it. When the library ends the process, "
-           "what it did so far stays in FILE.unfinished")
+           "what it did so far stays in FILE.unfinished, or FILE.unfinished2 where that is taken")
         ->type_name("FILE");
     faults_.Define(app);
   }

@@ -169,6 +169,28 @@ class StoreCommands(unittest.TestCase):
         process = self.run_tool("export", "1.23", "/dev/full", "--syntax", "explicit", code=4)
         self.assertIn("/dev/full: No space left on device", process.stderr)
 
+    def test_leaves_nothing_half_written_when_an_export_is_interrupted(self):
+        pixels = os.urandom(32 << 20)  # takes long to deflate
+        header = struct.pack("<HH2sHI", 0x7FE0, 0x0010, b"OW", 0, len(pixels))
+        self.run_tool("import", self.file("a.dcm", dicom_file(b"1.23", header + pixels)))
+        output = self.folder / "out.dcm"
+        for number in (signal.SIGINT, signal.SIGTERM):
+            with self.subTest(number), subprocess.Popen(
+                    [VESSA, "export", "1.23", output, "--syntax", "1.2.840.10008.1.2.1.99"], env=self.environment,
+                    start_new_session=True) as process:
+                self.wait_until(lambda: any(path.stat().st_size for path in self.folder.glob("out.dcm*")))
+                # A terminal interrupts all processes of the command; others end the one that they know.
+                end = os.killpg if number == signal.SIGINT else os.kill
+                end(process.pid, number)
+                self.assertEqual(process.wait(), -number)
+                self.wait_until(lambda: not list(self.folder.glob("out.dcm*")))
+
+    def wait_until(self, happens):
+        end = time.monotonic() + 10
+        while not happens():
+            self.assertLess(time.monotonic(), end)
+            time.sleep(0.005)
+
     def test_shows_progress_on_a_terminal(self):
         files = [self.file(f"{n}.dcm", dicom_file(b"1.%d" % (n + 10))) for n in range(3)]
         master, slave = pty.openpty()
