@@ -70,7 +70,7 @@ std::optional<std::string> WhyNotIn(std::string_view transfer_syntax, const Stor
   if (facts.has_framed_pixels) {
     return "the pixel data are compressed, and stay so: only " + facts.transfer_syntax + " can hold them";
   }
-  if (!HasNativePixels(transfer_syntax)) return "the pixel data are not compressed, and stay so";
+  if (HasEncapsulatedPixels(transfer_syntax)) return "the pixel data are not compressed, and stay so";
   return std::nullopt;
 }
 

@@ -35,7 +35,7 @@ std::optional<std::string> TopLevelValue(const Globals& nodes, const std::string
 
 /// Why the data set cannot be written in a transfer syntax; nothing when it can. Pixel data are never compressed or
 /// decompressed; the offsets in a directory would be wrong in any file but its own; and the library cannot write fragments
-/// inside of items, nor know the size of a stream above 2 GiB.
+/// inside of items, nor know the size of a stream above 2 GiB. A name that is no transfer syntax's is left to the library.
 std::optional<std::string> WhyNotIn(std::string_view transfer_syntax, const StoredFacts& facts,
                                     std::int64_t pixel_bytes);
 

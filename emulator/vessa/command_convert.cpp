@@ -36,7 +36,10 @@ class ConvertCommand : public Command {
   }
 
   void Run(Session& session) override {
-    const DicomFile input({input_.path, SyntaxNamed(input_.syntax), input_.most_output});
+    const DicomFile input({.path = input_.path,
+                           .syntax = SyntaxNamed(input_.syntax),
+                           .most_output = input_.most_output,
+                           .syntax_option = "--input-syntax"});
     MemoryStore store;
     WithStore(input_.path, [&] {
       const auto transaction = store.Begin(Access::kWrite);

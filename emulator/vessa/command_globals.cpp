@@ -26,7 +26,8 @@ class GlobalsCommand : public Command {
     app.add_option("ID", id_, "Name under which a data set is stored [all]");
     app.add_option("--subscripts", subscripts_,
                    "List the nodes of ^KevDICOM.Data from these subscripts behind ID down, parted by commas")
-        ->delimiter(',');
+        ->delimiter(',')
+        ->allow_extra_args(false);
     app.add_option("--width", columns_,
                    "Cut lines to so many columns; 0 for no cut [the terminal's width, no cut elsewhere]");
     store_.Define(app);

@@ -55,7 +55,10 @@ std::size_t VerifyFile(Session& session, const DataSetOutline& source, OutputFil
   }
   file.Flush();
   DataSetOutline written;
-  DicomFile({file.PathForNow(), "", std::numeric_limits<std::uint64_t>::max()})
+  DicomFile({.path = file.PathForNow(),
+             .syntax = {},
+             .most_output = std::numeric_limits<std::uint64_t>::max(),
+             .name = file.Path()})
       .DecomposeInto(session, written);
   const auto difference = FirstDifference(source, written);
   if (difference) throw LibraryFailure(fmt::format("{}: not as the source: {}", file.Path(), *difference));

@@ -42,7 +42,9 @@ std::shared_ptr<FileStream> OpenFile(const std::string& path) {
 }
 
 DicomFile::DicomFile(DicomInput input)
-    : input_(std::move(input)), has_preamble_(StartsWithPreamble(input_.path)) {}
+    : input_(std::move(input)), has_preamble_(StartsWithPreamble(input_.path)) {
+  if (input_.name.empty()) input_.name = input_.path;
+}
 
 void DicomFile::DecomposeInto(Session& session, ContentSink& sink, const StopRule& stop) const {
   const PositionedStream data_set = OpenDataSet(session, sink);
@@ -55,15 +57,16 @@ DicomFile::PositionedStream DicomFile::OpenDataSet(Session& session, ContentSink
   if (syntax.empty()) {
     throw ToolError(
         kWrongUsage,
-        fmt::format("{}: {}; name the transfer syntax with --syntax UID, implicit or explicit", input_.path,
+        fmt::format("{}: {}; name the transfer syntax with {} UID, implicit or explicit", input_.name,
                     has_preamble_ ? "group 0002 names no transfer syntax"
-                                  : "no preamble with \"DICM\", so no group 0002"));
+                                  : "no preamble with \"DICM\", so no group 0002",
+                    input_.syntax_option));
   }
   if (syntax == kDeflated) {
-    return {input_.path + " (inflated)",
-            WithMoreBytes(InflatedStream(*stream, input_.path, input_.most_output)), syntax};
+    return {input_.name + " (inflated)",
+            WithMoreBytes(InflatedStream(*stream, input_.name, input_.most_output)), syntax};
   }
-  return {input_.path, stream, syntax};
+  return {input_.name, stream, syntax};
 }
 
 DicomFile::PositionedStream DicomFile::OpenMeta(Session& session) const {
@@ -106,7 +109,7 @@ std::string DicomFile::DecomposeMeta(Session& session, ContentSink& sink,
                                      const std::shared_ptr<StreamObject>& stream) const {
   stream->MoveTo(1 + kPreambleBytes + static_cast<std::int64_t>(kPrefix.size()));
   MetaReader meta(sink);
-  Decompose(session, {input_.path, stream, kExplicitLittleEndian, IsNoMetaElement}, meta);
+  Decompose(session, {input_.name, stream, kExplicitLittleEndian, IsNoMetaElement}, meta);
   return meta.TransferSyntax();
 }
 

@@ -17,10 +17,12 @@ std::shared_ptr<FileStream> OpenFile(const std::string& path);
 
 /// A file with DICOM data and what the command line says about it.
 struct DicomInput {
-  std::string path;             ///< in UTF-8
-  std::string syntax;           ///< transfer syntax UID of the data set; empty: as the file says
-  std::uint64_t most_output;    ///< bytes that a deflated data set may inflate to
-  std::string more_bytes = {};  ///< that the library finds behind the end of the data
+  std::string path;                        ///< in UTF-8
+  std::string syntax;                      ///< transfer syntax UID of the data set; empty: as the file says
+  std::uint64_t most_output;               ///< bytes that a deflated data set may inflate to
+  std::string more_bytes = {};             ///< that the library finds behind the end of the data
+  std::string name = {};                   ///< for messages, in place of the path
+  const char* syntax_option = "--syntax";  ///< that names the syntax on the command line
 };
 
 /// A file opened as a host opens it. One with the preamble and "DICM" (PS3.10 section 7.1) begins with its meta

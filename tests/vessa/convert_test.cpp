@@ -57,6 +57,28 @@ TEST(Convert, TakesADataSetWithoutMetaInformation) {
   EXPECT_THAT(ReadAll(output), EndsWith(SmallDataSetAsWritten(kExplicit)));
 }
 
+TEST(Convert, NamesTheOptionThatSaysTheSyntaxOfItsInput) {
+  const ToolRun run =
+      RunTool({"convert", MakeFile("in.bin", SmallDataSet()), PathOf("out.dcm"), "--syntax", "explicit"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("name the transfer syntax with --input-syntax UID"));
+}
+
+/// Nothing tells a private sequence from a value of VR UN where VRs are implicit.
+TEST(Convert, NamesTheFileThatIsWrittenWhenTheLibraryCannotReadIt) {
+  const std::string data_set =
+      kExplicit.Element(0x00110010, "LO", "MINE") +
+      kExplicit.UndefinedSequence(0x00111010,
+                                  dicom_bytes::UndefinedItem(kExplicit.Element(0x00080018, "UI", "1.23"))) +
+      kExplicit.Element(0x00200010, "SH", "1 ");
+  const std::string input = MakeFile("in.dcm", DicomFile("1.2.840.10008.1.2.1", data_set));
+  const std::string output = PathOf("refused.dcm");
+  const ToolRun run = RunTool({"convert", input, output, "--syntax", "implicit", "--verify"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.errors, StartsWith("vessa: " + output + ": DecomposeElement"));
+  EXPECT_FALSE(std::filesystem::exists(output));
+}
+
 TEST(Convert, DeflatesADataSetThatTheToolInflatesAgain) {
   const std::string input = MakeFile("in.dcm", DicomFile("1.2.840.10008.1.2.1", SmallDataSet()));
   const std::string deflated = PathOf("deflated.dcm");

@@ -93,6 +93,8 @@ class StoreCommands(unittest.TestCase):
                          '^KevDICOM.Data(1.23,2,"d")="Doe^John"\n^KevDICOM.Data(1.23,2,"v")="PN"\n')
         self.assertEqual(self.run_tool("globals", "1.23", "--subscripts", "0,c,0,1048592", "--width", "20").stdout,
                          "^KevDICOM.Data(1.23…\n")
+        self.assertEqual(self.run_tool("globals", "--subscripts", "1,v", "1.23").stdout,
+                         '^KevDICOM.Data(1.23,1,"v")="UI"\n')
         self.run_tool("globals", "1.23", "--subscripts", "9", code=3)
         self.run_tool("globals", "--subscripts", "9", code=2)
 
@@ -109,6 +111,17 @@ class StoreCommands(unittest.TestCase):
         deflated = output.read_bytes()
         group_length = struct.unpack("<I", deflated[140:144])[0]
         self.assertEqual(zlib.decompress(deflated[144 + group_length:], wbits=-15), data_set)
+
+    def test_leaves_unknown_transfer_syntaxes_to_the_library(self):
+        self.run_tool("import", self.file("a.dcm", dicom_file(b"1.23", NAME, BITS, PIXELS)))
+        output = self.folder / "out.dcm"
+        for syntax in ("explict", "Explicit", "1.2.840.10008.1.2.1 ", ""):
+            with self.subTest(syntax=syntax):
+                process = self.run_tool("export", "1.23", output, "--syntax", syntax, code=1)
+                self.assertIn(f"Expected a supported transfer syntax, got: {syntax}", process.stderr)
+        process = self.run_tool("export", "1.23", output, "--syntax", "1.2.840.10008.1.2.4.50", code=2)
+        self.assertIn("the pixel data are not compressed, and stay so", process.stderr)
+        self.assertFalse(output.exists())
 
     def test_keeps_a_data_set_from_being_replaced_unasked(self):
         first = self.file("first.dcm", dicom_file(b"1.23", PIXELS))
