@@ -26,9 +26,12 @@ std::string PathText(std::span<const PathStep> first, std::size_t depth, const P
   return text;
 }
 
+std::string OffsetText(std::uint64_t offset, bool is_at_end) {
+  return "offset " + std::to_string(offset) + (is_at_end ? ", where the data end" : "");
+}
+
 std::string PlaceText(std::uint64_t offset, bool is_at_end, const std::string& path) {
-  const std::string text = "offset " + std::to_string(offset) + (is_at_end ? ", where the data end" : "");
-  return text + (path.empty() ? ", at the top level" : ", in " + path);
+  return OffsetText(offset, is_at_end) + (path.empty() ? ", at the top level" : ", in " + path);
 }
 
 }  // namespace emulator

@@ -23,7 +23,10 @@ struct PathStep {
 /// @param last   the innermost, of no meaning while the depth is 0
 std::string PathText(std::span<const PathStep> first, std::size_t depth, const PathStep& last);
 
-/// "offset 1234, in " and the path; says so when nothing follows that offset.
+/// "offset 1234"; says so when nothing follows that offset.
+std::string OffsetText(std::uint64_t offset, bool is_at_end);
+
+/// That, and ", in " with the path.
 std::string PlaceText(std::uint64_t offset, bool is_at_end, const std::string& path);
 
 }  // namespace emulator

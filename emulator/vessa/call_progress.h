@@ -27,6 +27,7 @@ struct CallProgress {
   std::array<char, 64> call_name;
   std::array<char, 256> input_name;  ///< what is read, for people
   std::uint64_t stream_offset;       ///< bytes that the host knows to be consumed
+  std::uint32_t path_is_followed;    ///< 1 while events tell the path
   std::uint32_t path_depth;  ///< may be above kPathSteps; the steps between those and the last are not kept
   std::array<PathStep, kPathSteps> path;
   PathStep last_step;  ///< the innermost, of no meaning while the depth is 0

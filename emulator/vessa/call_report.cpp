@@ -21,6 +21,7 @@ bool EndsInsideDefinedItem(const CallProgress& progress) {
 }  // namespace
 
 std::string PlaceText(const CallProgress& progress) {
+  if (progress.path_is_followed == 0) return OffsetText(progress.stream_offset, progress.at_end != 0);
   return emulator::PlaceText(progress.stream_offset, progress.at_end != 0,
                              PathText(progress.path, progress.path_depth, progress.last_step));
 }

@@ -8,7 +8,8 @@
 
 namespace emulator::tool {
 
-/// "offset 1234, in (0008,1140) item 2 > (0008,1150)"; says so when nothing follows that offset.
+/// "offset 1234, in (0008,1140) item 2 > (0008,1150)"; says so when nothing follows that offset. The offset alone where
+/// no events tell the path.
 std::string PlaceText(const CallProgress& progress);
 
 /// For a call that neither returned nor called back for `seconds`; says why when the data show it.

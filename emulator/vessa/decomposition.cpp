@@ -12,7 +12,6 @@ void Decompose(Session& session, const DecomposeRequest& request, ContentSink& s
   CallProgress& progress = session.Progress();
   progress.NameInput(request.input_name);
   ElementPath path(progress);
-  path.Clear();
   const Registered stream(session.TheHost(), std::make_shared<WatchedStream>(request.stream, progress));
   const Registered handler(session.TheHost(), std::make_shared<HandlerObject>(sink, path, progress));
   const Registered client(session.TheHost(), std::make_shared<StopObject>(request.stop, path, progress));

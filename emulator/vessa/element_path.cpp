@@ -2,6 +2,16 @@
 
 namespace emulator::tool {
 
+ElementPath::ElementPath(CallProgress& progress) : progress_(progress) {
+  progress_.path_is_followed = 1;
+  Clear();
+}
+
+ElementPath::~ElementPath() {
+  Clear();
+  progress_.path_is_followed = 0;
+}
+
 void ElementPath::StartElement(std::uint32_t tag) {
   steps_.push_back({tag, 0, 0, 0});
   Publish();

@@ -11,7 +11,10 @@ namespace emulator::tool {
 /// date, so that the watching process knows the path even when this one ends inside the library.
 class ElementPath {
  public:
-  explicit ElementPath(CallProgress& progress) : progress_(progress) {}
+  explicit ElementPath(CallProgress& progress);
+  ~ElementPath();
+  ElementPath(const ElementPath&) = delete;
+  ElementPath& operator=(const ElementPath&) = delete;
 
   void StartElement(std::uint32_t tag);
   void EndElement();

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include "emulator/vessa/call_report.h"
-#include "emulator/vessa/element_path.h"
 #include "emulator/vessa/registered.h"
 #include "emulator/vessa/watched_stream.h"
 
@@ -20,7 +19,6 @@ ListResult CallOverStream(Session& session, const DicomFile::PositionedStream& i
                           const std::function<void(ListBuilder&)>& add_arguments) {
   CallProgress& progress = session.Progress();
   progress.NameInput(input.name);
-  ElementPath(progress).Clear();
   const Registered stream(session.TheHost(), std::make_shared<WatchedStream>(input.stream, progress));
   stream->Publish();
   ListBuilder arguments;

@@ -8,6 +8,7 @@
 #include "tests/vessa/run_tool.h"
 #include "tests/vessa/sample_data.h"
 
+using testing::EndsWith;
 using testing::HasSubstr;
 
 namespace {
@@ -212,6 +213,24 @@ TEST(Query, LetsASequenceAnswerWhenAsked) {
   EXPECT_EQ(RunTool({"query", SmallFile(), "ReferencedImageSequence"}).output, "");
   EXPECT_EQ(RunTool({"query", "--sequence", "--json", SmallFile(), "ReferencedImageSequence"}).output,
             "{\"reference\":\"ReferencedImageSequence\",\"vr\":\"SQ\"}\n");
+}
+
+TEST(Query, NamesNoPathForAFailureSinceNoEventsTellIt) {
+  const std::string damage = dicom_bytes::Item(kExplicit.Header(0x00081150, "UI", 3));
+  const std::string file = MakeFile("damaged-item", kExplicit.Sequence(0x00081140, damage));
+  for (const auto& [command, reference] : {std::pair{"query", "ReferencedImageSequence[2].PatientName"},
+                                           std::pair{"items", "ReferencedImageSequence[2]"}}) {
+    const ToolRun run = RunTool({command, "--syntax", "explicit", file, reference});
+    EXPECT_EQ(run.exit_code, 1);
+    EXPECT_THAT(run.errors, EndsWith("at offset 28, where the data end\n"));
+  }
+}
+
+TEST(Query, NamesNoPathForACallThatDoesNotReturn) {
+  const std::string file = MakeFile("endless", EndlessDataSet());
+  const ToolRun run = RunTool({"query", "--syntax", "explicit", "--timeout", "0.5", file, "PatientName"});
+  EXPECT_EQ(run.exit_code, 124);
+  EXPECT_THAT(run.errors, EndsWith("at offset 36, where the data end\n"));
 }
 
 TEST(Query, PointsAtTheCharacterThatIsWrong) {
