@@ -51,6 +51,9 @@ class DataStore {
 /// @param folder  in UTF-8
 std::unique_ptr<DataStore> OpenDataStore(const std::string& folder);
 
+/// As OpenDataStore, but throws where there is no store.
+std::unique_ptr<DataStore> OpenExistingDataStore(const std::string& folder);
+
 /// `vessa` in the folder for a user's data: $XDG_DATA_HOME, else ~/.local/share. Throws StoreError when the environment
 /// names neither.
 std::string DefaultStoreFolder();

@@ -19,14 +19,20 @@ constexpr std::size_t kFewestBytes = std::size_t{1} << 28U;
 // rw for the owner alone: these are patients' data.
 constexpr mdb_mode_t kFileMode = 0600;
 
+std::filesystem::path PathOf(const std::string& utf8) { return std::u8string(utf8.begin(), utf8.end()); }
+
 void MakeFolder(const std::string& folder) {
-  const std::filesystem::path path(std::u8string(folder.begin(), folder.end()));
   std::error_code error;
-  std::filesystem::create_directories(path, error);
+  std::filesystem::create_directories(PathOf(folder), error);
   if (error) throw StoreError(folder + ": " + error.message());
 }
 
 }  // namespace
+
+bool LmdbEnvironment::IsIn(const std::string& folder) {
+  std::error_code error;
+  return std::filesystem::exists(PathOf(folder) / "data.mdb", error);
+}
 
 LmdbEnvironment::LmdbEnvironment(const std::string& folder) : folder_(folder) {
   MakeFolder(folder);

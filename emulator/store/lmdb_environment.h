@@ -19,6 +19,9 @@ class LmdbEnvironment {
   LmdbEnvironment(const LmdbEnvironment&) = delete;
   LmdbEnvironment& operator=(const LmdbEnvironment&) = delete;
 
+  /// True when the folder holds a database.
+  static bool IsIn(const std::string& folder);
+
   MDB_env* Handle() const { return handle_; }
   const std::string& Folder() const { return folder_; }
 

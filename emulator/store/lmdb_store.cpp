@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "emulator/store/lmdb_globals.h"
+#include "emulator/store/store_error.h"
 
 namespace emulator {
 namespace {
@@ -67,6 +68,11 @@ std::unique_ptr<StoreTransaction> LmdbStore::Begin(Access access) {
 
 std::unique_ptr<DataStore> OpenDataStore(const std::string& folder) {
   return std::make_unique<LmdbStore>(folder);
+}
+
+std::unique_ptr<DataStore> OpenExistingDataStore(const std::string& folder) {
+  if (!LmdbEnvironment::IsIn(folder)) throw StoreError(folder + ": no store is there");
+  return OpenDataStore(folder);
 }
 
 }  // namespace emulator

@@ -7,4 +7,6 @@ std::unique_ptr<DataStore> OpenDataStore(const std::string& folder) {
   throw StoreError(folder + ": this program was built without a store that lasts");
 }
 
+std::unique_ptr<DataStore> OpenExistingDataStore(const std::string& folder) { return OpenDataStore(folder); }
+
 }  // namespace emulator

@@ -28,6 +28,9 @@ class Command {
   /// before it, and become what it says.
   virtual void ReadInnerCommand(Settings& /*settings*/) {}
 
+  /// False for a command that needs no library.
+  virtual bool CallsLibrary() const { return true; }
+
   /// Does the work, in a process that may end at any time. Throws ToolError, ReaderGone or, for a failure that has no
   /// words yet, any other exception.
   virtual void Run(Session&) { throw std::logic_error("a command that works through files"); }

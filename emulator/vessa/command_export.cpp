@@ -27,7 +27,7 @@ class ExportCommand : public Command {
   }
 
   void Run(Session& session) override {
-    const auto store = store_.Open();
+    const auto store = store_.OpenExisting();
     WithStore(id_, [&] {
       const auto transaction = store->Begin(Access::kRead);
       OutputFile file(path_);

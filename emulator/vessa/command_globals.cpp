@@ -33,9 +33,11 @@ class GlobalsCommand : public Command {
     store_.Define(app);
   }
 
+  bool CallsLibrary() const override { return false; }
+
   void Run(Session& session) override {
     if (id_.empty() && !subscripts_.empty()) throw ToolError(kWrongUsage, "--subscripts needs an ID");
-    const auto store = store_.Open();
+    const auto store = store_.OpenExisting();
     const auto transaction = store->Begin(Access::kRead);
     const auto nodes = transaction->Nodes();
     std::vector<Value> from;

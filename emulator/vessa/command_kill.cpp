@@ -18,8 +18,10 @@ class KillCommand : public Command {
     store_.Define(app);
   }
 
+  bool CallsLibrary() const override { return false; }
+
   void Run(Session& /*session*/) override {
-    const auto store = store_.Open();
+    const auto store = store_.OpenExisting();
     WithStore("kill", [&] {
       const auto transaction = store->Begin(Access::kWrite);
       for (const std::string& id : ids_) {

@@ -79,6 +79,7 @@ int FileRun::Work(int worker) {
 int FileRun::WorkUntilStopped(CallProgress& progress, const OutputTurn& turn) {
   try {
     Session session(settings_, progress, turn);
+    session.LoadLibrary();
     while (!board_.IsStopped()) {
       const std::uint64_t index = board_.Take();
       if (index >= plan_.files.size()) break;

@@ -30,6 +30,7 @@ int RunCommand(const Settings& settings, Command& command, const std::optional<F
                CallProgress& progress) {
   try {
     Session session(settings, progress);
+    if (command.CallsLibrary()) session.LoadLibrary();
     const int code = command.RunHere(session, plan);
     session.Out().Flush();
     return code;

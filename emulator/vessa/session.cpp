@@ -27,14 +27,6 @@ class CallScope {
   std::string outer_;
 };
 
-Library LoadLibrary(const std::string& path) {
-  try {
-    return Library::Load(path);
-  } catch (const std::runtime_error& error) {
-    throw ToolError(kInputUnreadable, error.what());
-  }
-}
-
 void ThrowUnlessZero(std::string_view name, std::int32_t returned) {
   if (returned != 0) throw LibraryFailure(fmt::format("{} returned {}", name, returned));
 }
@@ -45,14 +37,19 @@ std::string MessageText(const ListResult& result) { return PrintableUtf8(ToUtf8(
 }  // namespace
 
 Session::Session(const Settings& settings, CallProgress& progress, OutputTurn turn)
-    : settings_(settings),
-      progress_(progress),
-      output_(progress, turn),
-      library_(LoadLibrary(settings.library_path)) {}
+    : settings_(settings), progress_(progress), output_(progress, turn) {}
+
+void Session::LoadLibrary() {
+  try {
+    library_.emplace(Library::Load(settings_.library_path));
+  } catch (const std::runtime_error& error) {
+    throw ToolError(kInputUnreadable, error.what());
+  }
+}
 
 void Session::Watch(CallWatcher& watcher) {
   watcher_ = &watcher;
-  library_.Watch(&watcher);
+  library_->Watch(&watcher);
   Equip(host_);
 }
 
@@ -66,7 +63,7 @@ ListResult Session::CallList(std::string_view name, const ListBuilder& arguments
   ListResult result;
   try {
     const CallScope scope(progress_, name);
-    result = library_.CallList(name, arguments);
+    result = library_->CallList(name, arguments);
   } catch (const std::invalid_argument& error) {
     throw LibraryFailure(fmt::format("{} left no result list: {}", name, error.what()));
   }
@@ -78,18 +75,18 @@ ListResult Session::CallList(std::string_view name, const ListBuilder& arguments
 
 void Session::Call(std::string_view name, vessa::HostString& buffer) {
   const CallScope scope(progress_, name);
-  ThrowUnlessZero(name, library_.Call(name, buffer));
+  ThrowUnlessZero(name, library_->Call(name, buffer));
 }
 
 void Session::Call(std::string_view name, vessa::HostString& buffer, std::int32_t value) {
   const CallScope scope(progress_, name);
-  ThrowUnlessZero(name, library_.Call(name, buffer, value));
+  ThrowUnlessZero(name, library_->Call(name, buffer, value));
 }
 
 void Session::Call(std::string_view name, std::int32_t first, std::uint32_t second, std::uint32_t third) {
   const CallScope scope(progress_, name);
   const std::int32_t returned =
-      library_.Call(name, first, static_cast<std::int32_t>(second), static_cast<std::int32_t>(third));
+      library_->Call(name, first, static_cast<std::int32_t>(second), static_cast<std::int32_t>(third));
   host_.ResetStack();
   ThrowUnlessZero(name, returned);
 }

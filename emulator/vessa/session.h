@@ -31,11 +31,13 @@ class LibraryFailure : public ToolError {
 /// A library in use by a host, in the process that runs a command. Each call is announced to the watching process.
 class Session {
  public:
-  /// Throws ToolError (kInputUnreadable) when the library cannot be loaded.
   Session(const Settings& settings, CallProgress& progress, OutputTurn turn = {});
 
+  /// To be called before the first call. Throws ToolError (kInputUnreadable) when the library cannot be loaded.
+  void LoadLibrary();
+
   const Settings& TheSettings() const { return settings_; }
-  const Library& TheLibrary() const { return library_; }
+  const Library& TheLibrary() const { return *library_; }
   CallProgress& Progress() { return progress_; }
   Output& Out() { return output_; }
   Host& TheHost() { return host_; }
@@ -59,7 +61,7 @@ class Session {
   CallProgress& progress_;
   Output output_;
   Host host_;
-  Library library_;
+  std::optional<Library> library_;
   CallWatcher* watcher_ = nullptr;
 };
 

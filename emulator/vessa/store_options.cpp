@@ -7,9 +7,10 @@ void StoreOptions::Define(CLI::App& app) {
                  "Folder of the host's store [$XDG_DATA_HOME/vessa or ~/.local/share/vessa]");
 }
 
-std::unique_ptr<DataStore> StoreOptions::Open() const {
+std::unique_ptr<DataStore> StoreOptions::OpenBy(
+    std::unique_ptr<DataStore> (*open)(const std::string&)) const {
   try {
-    return OpenDataStore(folder_.empty() ? DefaultStoreFolder() : folder_);
+    return open(folder_.empty() ? DefaultStoreFolder() : folder_);
   } catch (const StoreError& error) {
     throw ToolError(kInputUnreadable, error.what());
   }

@@ -15,10 +15,14 @@ class StoreOptions {
  public:
   void Define(CLI::App& app);
 
-  /// @throws ToolError  kInputUnreadable
-  std::unique_ptr<DataStore> Open() const;
+  /// Makes the store when there is none. @throws ToolError  kInputUnreadable
+  std::unique_ptr<DataStore> Open() const { return OpenBy(OpenDataStore); }
+  /// @throws ToolError  kInputUnreadable, when there is none as well
+  std::unique_ptr<DataStore> OpenExisting() const { return OpenBy(OpenExistingDataStore); }
 
  private:
+  std::unique_ptr<DataStore> OpenBy(std::unique_ptr<DataStore> (*open)(const std::string&)) const;
+
   std::string folder_;
 };
 

@@ -19,6 +19,7 @@ class UidSink : public NullSink {
     if (tag == kMediaStorageSopInstanceUid) of_file_ = WithoutPadding(bytes);
   }
 
+  bool HasFoundThatOfDataSet() const { return !of_data_set_.empty(); }
   const std::string& Uid() const { return of_data_set_.empty() ? of_file_ : of_data_set_; }
 
  private:
@@ -31,7 +32,7 @@ class UidSink : public NullSink {
 
 std::string FindSopInstanceUid(Session& session, const std::string& name, const DicomFile& file) {
   UidSink sink;
-  file.DecomposeInto(session, sink, [](std::uint32_t tag) { return tag > kSopInstanceUid; });
+  file.DecomposeInto(session, sink, [&sink](std::uint32_t) { return sink.HasFoundThatOfDataSet(); });
   if (sink.Uid().empty()) {
     throw ToolError(kWrongUsage,
                     fmt::format("{}: has no SOP instance UID; name the data set with --id", name));

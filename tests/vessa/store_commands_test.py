@@ -173,9 +173,31 @@ class StoreCommands(unittest.TestCase):
     def test_takes_the_store_that_is_named(self):
         path = self.file("a.dcm", dicom_file(b"1.23", NAME))
         self.run_tool("import", path, "--store", self.folder / "other store")
-        self.assertEqual(self.run_tool("globals").stdout, "")
+        self.run_tool("globals", code=3)
         self.assertIn("Doe", self.run_tool("globals", "--store", self.folder / "other store").stdout)
         self.assertIn(str(path), self.run_tool("globals", "--store", path, code=3).stderr)
+
+    def test_makes_no_store_to_read_from(self):
+        store = self.folder / "typo"
+        for command in (["globals"], ["globals", "1.23"], ["kill", "1.23"],
+                        ["export", "1.23", self.folder / "out.dcm", "--syntax", "explicit"]):
+            with self.subTest(command=command[0]):
+                process = self.run_tool(*command, "--store", store, code=3)
+                self.assertEqual(process.stderr, f"vessa: {store}: no store is there\n")
+                self.assertFalse(store.exists())
+
+    def test_needs_no_library_to_list_and_to_remove(self):
+        self.run_tool("import", self.file("a.dcm", dicom_file(b"1.23", NAME)))
+        missing = ["--library", self.folder / "missing.so"]
+        self.assertIn("Doe", self.run_tool(*missing, "globals").stdout)
+        self.run_tool(*missing, "kill", "1.23")
+        self.assertEqual(self.run_tool("globals").stdout, "")
+
+    def test_finds_the_name_of_a_data_set_whose_elements_are_out_of_order(self):
+        syntax = element(0x00020010, b"UI", b"1.2.840.10008.1.2.1\0")
+        uid = element(0x00080018, b"UI", b"1.23")
+        path = self.file("a.dcm", bytes(128) + b"DICM" + syntax + NAME + uid + BITS)
+        self.assertEqual(self.run_tool("import", path).stdout, f"1.23  {path}\n")
 
     def test_tells_of_a_full_disk(self):
         self.run_tool("import", self.file("a.dcm", dicom_file(b"1.23", NAME)))
