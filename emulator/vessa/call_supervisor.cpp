@@ -46,7 +46,7 @@ void WriteRemainingOutput(const Supervision& supervision) {
 void Report(const Supervision& supervision, const std::string& text) {
   WriteRemainingOutput(supervision);
   supervision.before_report();
-  WriteError("vessa: " + text);
+  WriteFailure(text);
 }
 
 /// For a process that ended without having finished its command.

@@ -10,7 +10,7 @@ ExitCode Command::RunHere(Session& session, const std::optional<FilePlan>& plan)
   ExitCode found = kDone;
   for (const InputFile& file : plan->files) {
     if (!file.problem.empty()) throw ToolError(kInputUnreadable, file.path + ": " + file.problem);
-    FileTask task{file.path, plan->names_files};
+    FileTask task{file.path, plan->names_files, WriteFailure};
     const ExitCode code = RunFile(session, task);
     if (code != kDone) found = code;
   }

@@ -34,8 +34,8 @@ class ItemsCommand : public Command {
 
   ExitCode RunFile(Session& session, FileTask& task) override {
     const DicomFile file = file_.Open(task.path);
-    for (const std::string& reference : references_.References()) PrintItems(session, task, file, reference);
-    return kDone;
+    return references_.AskForEach(
+        session, task, [&](const std::string& reference) { PrintItems(session, task, file, reference); });
   }
 
  private:

@@ -60,23 +60,23 @@ class QueryCommand : public Command {
 
   ExitCode RunFile(Session& session, FileTask& task) override {
     const DicomFile file = file_.Open(task.path);
-    for (const std::string& reference : references_.References()) {
-      const ElementQuery query{PropertyListOf(session, ReferenceKind::kElement, reference),
-                               sequence_may_answer_};
-      const std::optional<ElementAnswer> answer = AskOrAdvise(session, file, query);
-      if (answer) {
-        Print(session, {file, reference, query, task.is_named}, *answer);
-      } else if (is_required_) {
-        throw ToolError(kLibraryFailed, fmt::format("{}: no {}", file.Path(), reference));
-      }
-    }
-    return kDone;
+    return references_.AskForEach(
+        session, task, [&](const std::string& reference) { AskAndPrint(session, task, file, reference); });
   }
 
  private:
+  void AskAndPrint(Session& session, const FileTask& task, const DicomFile& file,
+                   const std::string& reference) const {
+    const ElementQuery query{PropertyListOf(session, ReferenceKind::kElement, reference),
+                             sequence_may_answer_};
+    const std::optional<ElementAnswer> answer = AskOrAdvise(session, file, query);
+    if (answer) return Print(session, {file, reference, query, task.is_named}, *answer);
+    if (is_required_) throw ToolError(kLibraryFailed, fmt::format("{}: no {}", file.Path(), reference));
+  }
+
   /// The library says what is missing; how to pass it is the tool's to say.
   std::optional<ElementAnswer> AskOrAdvise(Session& session, const DicomFile& file,
-                                           const ElementQuery& query) {
+                                           const ElementQuery& query) const {
     try {
       return Ask(session, file, query);
     } catch (const LibraryFailure& failure) {
@@ -88,7 +88,7 @@ class QueryCommand : public Command {
     }
   }
 
-  std::optional<ElementAnswer> Ask(Session& session, const DicomFile& file, const ElementQuery& query) {
+  std::optional<ElementAnswer> Ask(Session& session, const DicomFile& file, const ElementQuery& query) const {
     if (through_ == "file" || !out_path_.empty()) {
       const std::string syntax = file.TransferSyntax(session);
       if (CanUseFileName(file, syntax)) return AskByFileName(session, file, syntax, query);
@@ -116,7 +116,7 @@ class QueryCommand : public Command {
   }
 
   std::optional<ElementAnswer> AskByFileName(Session& session, const DicomFile& file,
-                                             const std::string& syntax, const ElementQuery& query) {
+                                             const std::string& syntax, const ElementQuery& query) const {
     const auto long_value = out_path_.empty() ? nullptr : std::make_shared<MemoryStream>();
     std::optional<ElementAnswer> answer =
         QueryFile(session, file.Path(), file.HasPreamble(), syntax, query, long_value);
@@ -131,7 +131,7 @@ class QueryCommand : public Command {
     bool names_file;
   };
 
-  void Print(Session& session, const Question& question, ElementAnswer answer) {
+  void Print(Session& session, const Question& question, ElementAnswer answer) const {
     const auto& [file, reference, query, names_file] = question;
     const std::vector<std::uint32_t> properties = PropertiesIn(query.property_list);
     if (!out_path_.empty()) {

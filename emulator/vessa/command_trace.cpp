@@ -112,8 +112,9 @@ class TraceCommand : public Command {
       if (recording) recording->Finish();
       if (counts_) summary.Print();
     };
+    ExitCode code = kDone;
     try {
-      inner_->ChosenCommand().RunHere(session, inner_->ChosenCommand().PlanFiles());
+      code = inner_->ChosenCommand().RunHere(session, inner_->ChosenCommand().PlanFiles());
     } catch (const std::exception&) {
       session.Out().Flush();
       finish();
@@ -121,6 +122,7 @@ class TraceCommand : public Command {
     }
     session.Out().Flush();
     finish();
+    if (code != kDone) throw ToolError(code, "the command that was traced has failed, or found something");
   }
 
  private:

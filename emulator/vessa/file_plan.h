@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,8 @@ struct FilePlan {
 struct FileTask {
   const std::string& path;  ///< in UTF-8
   bool is_named;            ///< see FilePlan::names_files
+  /// Tells of a failure that does not end the work on the file.
+  std::function<void(const std::string& message)> report;
   std::uint64_t units = 0;  ///< for the totals
 };
 

@@ -104,15 +104,12 @@ int FileRun::WorkUntilStopped(CallProgress& progress, const OutputTurn& turn) {
 
 /// For what is wrong with all files; told by the first process that meets it.
 int FileRun::GiveUp(int code, const char* message) {
-  if (board_.Stop()) {
-    bar_.Clear();
-    WriteError(fmt::format("vessa: {}", message));
-  }
+  if (board_.Stop()) Report(message);
   return code;
 }
 
 void FileRun::WorkOn(Session& session, const InputFile& file) {
-  FileTask task{file.path, plan_.names_files};
+  FileTask task{file.path, plan_.names_files, [this](const std::string& message) { Report(message); }};
   try {
     if (!file.problem.empty()) throw ToolError(kInputUnreadable, file.path + ": " + file.problem);
     const ExitCode code = command_.RunFile(session, task);
@@ -129,9 +126,13 @@ void FileRun::WorkOn(Session& session, const InputFile& file) {
   }
 }
 
-void FileRun::NoteFailure(const InputFile& file, int code, const std::string& message) {
+void FileRun::Report(const std::string& message) const {
   bar_.Clear();
-  WriteError(fmt::format("vessa: {}", message));
+  WriteFailure(message);
+}
+
+void FileRun::NoteFailure(const InputFile& file, int code, const std::string& message) {
+  Report(message);
   board_.NoteFile(code, file.bytes, 0);
   if (plan_.stops_at_failure) board_.Stop();
 }

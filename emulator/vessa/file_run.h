@@ -31,6 +31,7 @@ class FileRun {
   int WorkUntilStopped(CallProgress& progress, const OutputTurn& turn);
   int GiveUp(int code, const char* message);
   void WorkOn(Session& session, const InputFile& file);
+  void Report(const std::string& message) const;
   void NoteFailure(const InputFile& file, int code, const std::string& message);
   void NoteEnd(int worker, int code);
   int Summarize();

@@ -1,5 +1,3 @@
-#include <fmt/format.h>
-
 #include <exception>
 
 #include "emulator/platform/standard_streams.h"
@@ -21,7 +19,7 @@ void FlushQuietly(CallProgress& progress) {
 
 int Fail(CallProgress& progress, ExitCode code, const char* message) {
   FlushQuietly(progress);
-  WriteError(fmt::format("vessa: {}", message));
+  WriteFailure(message);
   return code;
 }
 
@@ -66,10 +64,10 @@ int main(int argc, char** argv) {
     emulator::PrepareStandardStreams();
     return emulator::tool::RunTool(argc, argv);
   } catch (const emulator::tool::ToolError& error) {
-    emulator::tool::WriteError(fmt::format("vessa: {}", error.what()));
+    emulator::tool::WriteFailure(error.what());
     return error.Code();
   } catch (const std::exception& error) {
-    emulator::tool::WriteError(fmt::format("vessa: {}", error.what()));
+    emulator::tool::WriteFailure(error.what());
     return emulator::tool::kToolFailed;
   }
 }

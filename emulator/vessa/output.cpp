@@ -54,4 +54,6 @@ void WriteError(std::string_view line) {
   static_cast<void>(std::fputc('\n', stderr));
 }
 
+void WriteFailure(std::string_view message) { WriteError(fmt::format("vessa: {}", message)); }
+
 }  // namespace emulator::tool

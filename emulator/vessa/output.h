@@ -30,5 +30,7 @@ class Output {
 
 /// Text for a person, whatever becomes of it.
 void WriteError(std::string_view line);
+/// The same for what went wrong, with the name of the tool.
+void WriteFailure(std::string_view message);
 
 }  // namespace emulator::tool

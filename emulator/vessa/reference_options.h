@@ -1,8 +1,13 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <functional>
 #include <string>
 #include <vector>
+
+#include "emulator/vessa/exit_code.h"
+#include "emulator/vessa/file_plan.h"
+#include "emulator/vessa/session.h"
 
 namespace emulator::tool {
 
@@ -15,6 +20,10 @@ class ReferenceOptions {
   const std::vector<std::string>& References() const { return options_.empty() ? words_ : options_; }
   /// Words behind the first FILE that are files as well. Throws ToolError (kWrongUsage) when there is no reference.
   std::vector<std::string> FileWords() const;
+  /// Asks for each of them, whatever became of those before. Failures are reported as they come.
+  /// @return  the worst exit code
+  ExitCode AskForEach(Session& session, const FileTask& task,
+                      const std::function<void(const std::string& reference)>& ask) const;
   /// What comes in front of an answer where there is more than one reference.
   std::string Label(const std::string& reference) const;
 

@@ -154,6 +154,56 @@ TEST(Query, FailsForWhatIsRequiredAndNotThere) {
   EXPECT_THAT(run.errors, HasSubstr("no PatientID"));
 }
 
+TEST(Query, AsksForEachReferenceWhateverBecameOfTheOthers) {
+  const std::string data_set = kExplicit.Element(0x00100010, "PN", "Doe^John") +
+                               kExplicit.Element(0x00282000, "OB", std::string(40000, 'x')) +
+                               kExplicit.Element(0x7FE00010, "OB", "ab");
+  const ToolRun run =
+      RunTool({"query", "--require", MakeFile("long.dcm", DicomFile(kExplicitSyntax, data_set)), "PatientID",
+               "PatientName", "ICCProfile", "(0010", "PixelData"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_EQ(run.output, "PatientName\tDoe^John\nPixelData\t2 bytes: 6162\n");
+  EXPECT_THAT(run.errors, HasSubstr("vessa: PatientID: " + PathOf("long.dcm") + ": no PatientID\n"));
+  EXPECT_THAT(run.errors, HasSubstr("vessa: ICCProfile: "));
+  EXPECT_THAT(run.errors, HasSubstr("Data is too long to be returned"));
+  EXPECT_THAT(run.errors, HasSubstr("vessa: (0010: "));
+}
+
+TEST(Query, EndsWithTheWorstOutcome) {
+  const std::string meta = kExplicit.Element(0x00020013, "SH", "VERSION1");
+  const std::string file = MakeFile("no-syntax.dcm", std::string(128, '\0') + "DICM" + meta);
+  const ToolRun run =
+      RunTool({"query", "--require", file, "PatientName", "ImplementationVersionName", "(0002,0102)"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_EQ(run.output, "ImplementationVersionName\tVERSION1\n");
+  EXPECT_THAT(run.errors, HasSubstr("vessa: PatientName: "));
+  EXPECT_THAT(run.errors, HasSubstr("no (0002,0102)"));
+}
+
+TEST(Query, CountsAFileWithAFailureAmongManyAndPrintsWhatItFound) {
+  const ToolRun run = RunTool({"query", "--require", "-e", "PatientID", "-e", "PatientName",
+                               MakeFile("first.dcm", DicomFile(kExplicitSyntax, SmallDataSet())),
+                               MakeFile("second.dcm", DicomFile(kExplicitSyntax, SmallDataSet()))});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_EQ(run.output, PathOf("first.dcm") + ": PatientName\tDoe^John\n" + PathOf("second.dcm") +
+                            ": PatientName\tDoe^John\n");
+  EXPECT_THAT(run.errors, HasSubstr("second.dcm: no PatientID"));
+  EXPECT_THAT(run.errors, HasSubstr("0 of 2 files; 2 failed: 2 in the library"));
+}
+
+TEST(Query, EndsWithTheSameExitCodeWhenTraced) {
+  const ToolRun run = RunTool({"trace", "-c", "query", "--require", SmallFile(), "PatientID"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.errors, HasSubstr("no PatientID"));
+}
+
+TEST(Items, AsksForEachReferenceWhateverBecameOfTheOthers) {
+  const ToolRun run = RunTool({"items", SmallFile(), "PatientName[]", "ReferencedImageSequence[1]"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_EQ(run.output, "ReferencedImageSequence[1]\t2\n");
+  EXPECT_THAT(run.errors, HasSubstr("vessa: PatientName[]: Element is not a sequence"));
+}
+
 TEST(Query, PrintsJson) {
   EXPECT_EQ(RunTool({"query", "--json", SmallFile(), "PatientName"}).output,
             "{\"reference\":\"PatientName\",\"vr\":\"PN\",\"Value\":[{\"Alphabetic\":\"Doe^John\"}]}\n");
