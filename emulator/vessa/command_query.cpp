@@ -38,23 +38,27 @@ class QueryCommand : public Command {
   void Define(CLI::App& app) override {
     file_.DefineWithOneFile(app);
     references_.Define(app, "Property references, such as BeamSequence[2].BeamName");
-    app.add_flag("--json", is_json_, "Print each answer as a JSON object in a line");
-    auto* const raw = app.add_flag("--raw", is_raw_, "Write the bytes of the values, and nothing else");
+    auto* const json = app.add_flag("--json", is_json_, "Print each answer as a JSON object in a line");
+    auto* const raw =
+        app.add_flag("--raw", is_raw_, "Write the bytes of the values, and nothing else")->excludes(json);
     app.add_option("--out", out_path_,
                    "Write the value, of any length, to this file; one reference only, and not for compressed "
                    "pixel data, which dump --json --bulk writes")
-        ->excludes(raw);
+        ->excludes(raw)
+        ->excludes(json);
     app.add_flag("--sequence", sequence_may_answer_, "Let a sequence itself be the answer");
     app.add_flag("--require", is_required_, "Fail when a reference finds nothing");
-    app.add_option("--through", through_, "The call-out to use: zfQueryStream or zfQueryFileOrDataSet")
-        ->check(CLI::IsMember({"stream", "file"}))
-        ->capture_default_str();
+    app.add_option("--through", through_,
+                   "The call-out to use: zfQueryStream or zfQueryFileOrDataSet [stream; file with --out]")
+        ->check(CLI::IsMember({"stream", "file"}));
   }
 
   std::optional<FilePlan> PlanFiles() override {
     FilePlan plan = file_.Plan(references_.FileWords());
     if (!out_path_.empty() && (references_.References().size() > 1 || plan.files.size() > 1))
       throw ToolError(kWrongUsage, "--out takes the value of one reference, in one file");
+    if (!out_path_.empty() && through_ == "stream")
+      throw ToolError(kWrongUsage, "--out needs the call-out that --through file names");
     return plan;
   }
 
@@ -72,6 +76,8 @@ class QueryCommand : public Command {
     const std::optional<ElementAnswer> answer = AskOrAdvise(session, file, query);
     if (answer) return Print(session, {file, reference, query, task.is_named}, *answer);
     if (is_required_) throw ToolError(kLibraryFailed, fmt::format("{}: no {}", file.Path(), reference));
+    if (!out_path_.empty())
+      task.report(fmt::format("{}: no {}; {} is not written", file.Path(), reference, out_path_));
   }
 
   /// The library says what is missing; how to pass it is the tool's to say.
@@ -171,7 +177,7 @@ class QueryCommand : public Command {
 
   FileOptions file_;
   ReferenceOptions references_;
-  std::string through_ = "stream";
+  std::string through_;  ///< empty where the command line leaves it open
   std::string out_path_;
   bool is_json_ = false;
   bool is_raw_ = false;

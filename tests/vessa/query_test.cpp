@@ -232,6 +232,29 @@ TEST(Query, WritesALongValueWholeToAFile) {
   EXPECT_EQ(ReadAll(out), pixels);
 }
 
+TEST(Query, SaysThatNoFileIsWrittenForWhatIsNotThere) {
+  const std::string out = MakeFile("old.raw", "old");
+  const ToolRun run = RunTool({"query", "--out", out, SmallFile(), "PatientID"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.errors, HasSubstr("no PatientID; " + out + " is not written"));
+  EXPECT_EQ(ReadAll(out), "old");
+}
+
+TEST(Query, RefusesOptionsThatContradictEachOther) {
+  const std::string out = PathOf("refused.raw");
+  for (const std::vector<std::string>& options : {std::vector<std::string>{"--json", "--raw"},
+                                                  {"--json", "--out", out},
+                                                  {"--raw", "--out", out},
+                                                  {"--through", "stream", "--out", out}}) {
+    std::vector<std::string> words{"query", SmallFile(), "PatientName"};
+    words.insert(words.end(), options.begin(), options.end());
+    const ToolRun run = RunTool(words);
+    EXPECT_EQ(run.exit_code, 2) << options.front();
+    EXPECT_EQ(run.output, "");
+    EXPECT_FALSE(std::filesystem::exists(out));
+  }
+}
+
 TEST(Query, SaysWhatHelpsWhereALongValueCannotBeWritten) {
   const std::string data_set = kImplicit.Element(0x7FE00010, "OW", std::string(100000, 'x'));
   const std::string file = MakeFile("implicit-pixels", DicomFile("1.2.840.10008.1.2", data_set));
