@@ -2,9 +2,13 @@
 
 #include <lmdb.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstddef>
 #include <filesystem>
+#include <limits>
+#include <string_view>
 #include <system_error>
 
 #include "emulator/store/store_error.h"
@@ -25,6 +29,19 @@ void MakeFolder(const std::string& folder) {
   std::error_code error;
   std::filesystem::create_directories(PathOf(folder), error);
   if (error) throw StoreError(folder + ": " + error.message());
+}
+
+/// Of LMDB's table of readers, which is for people: a title, then lines with process, thread and number of the
+/// transaction, "-" for none.
+int TakeReader(const char* line, void* oldest) {
+  std::string_view text(line);
+  text.remove_suffix(text.ends_with('\n') ? 1 : 0);
+  text.remove_prefix(text.rfind(' ') + 1);
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  auto& least = *static_cast<std::int64_t*>(oldest);
+  if (error == std::errc()) least = std::min(least, number);
+  return 0;
 }
 
 }  // namespace
@@ -56,6 +73,15 @@ int LmdbEnvironment::Open() const {
   if (code != 0) return code;
   int dead_readers = 0;  // of processes that were killed; they would keep old pages from being used again
   return mdb_reader_check(handle_, &dead_readers);
+}
+
+std::int64_t LmdbEnvironment::OldestReader() const {
+  int dead_readers = 0;
+  RequireSuccess(mdb_reader_check(handle_, &dead_readers));
+  std::int64_t oldest = std::numeric_limits<std::int64_t>::max();
+  if (mdb_reader_list(handle_, TakeReader, &oldest) < 0)
+    throw StoreError(folder_ + ": readers are not known");
+  return oldest;
 }
 
 void LmdbEnvironment::RequireSuccess(int code) const {

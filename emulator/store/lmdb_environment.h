@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 // Of <lmdb.h>, which only the sources include.
@@ -21,6 +22,9 @@ class LmdbEnvironment {
 
   /// True when the folder holds a database.
   static bool IsIn(const std::string& folder);
+
+  /// Number of the oldest transaction that anybody still reads from; above all numbers when nobody reads.
+  std::int64_t OldestReader() const;
 
   MDB_env* Handle() const { return handle_; }
   const std::string& Folder() const { return folder_; }

@@ -37,6 +37,8 @@ LmdbGlobals::~LmdbGlobals() {
   mdb_txn_abort(transaction_);
 }
 
+std::int64_t LmdbGlobals::Number() const { return static_cast<std::int64_t>(mdb_txn_id(transaction_)); }
+
 void LmdbGlobals::Commit() {
   mdb_cursor_close(cursor_);
   MDB_txn* const transaction = transaction_;

@@ -28,6 +28,9 @@ class LmdbGlobals : public Globals {
   LmdbGlobals(const LmdbGlobals&) = delete;
   LmdbGlobals& operator=(const LmdbGlobals&) = delete;
 
+  /// Transactions that write have numbers that grow; one that reads has that of the last whose changes it sees.
+  std::int64_t Number() const;
+
   /// Keeps what was changed, on disk. Ends the transaction: no function may be called afterwards.
   void Commit();
 

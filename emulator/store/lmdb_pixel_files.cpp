@@ -58,7 +58,7 @@ LmdbPixelFiles::LmdbPixelFiles(const std::string& folder)
   MakeFolder(settled_);
 }
 
-void LmdbPixelFiles::Recover(Globals& nodes) const {
+void LmdbPixelFiles::Recover(Globals& nodes, std::int64_t oldest_reader) const {
   for (const std::string& name : FileNames(incoming_)) {
     if (nodes.Defined(kGlobal, PixelsNote(name)) != 0) {
       Settle(name);
@@ -68,6 +68,7 @@ void LmdbPixelFiles::Recover(Globals& nodes) const {
   }
   NextSubscript next = nodes.Order(kGlobal, DroppedNote(""));
   for (; !next.subscript.empty(); next = nodes.Order(kGlobal, DroppedNote(next.subscript))) {
+    if (AsInteger(nodes.Get(kGlobal, DroppedNote(next.subscript)).value()) > oldest_reader) continue;
     Remove(next.subscript);
     nodes.Kill(kGlobal, DroppedNote(next.subscript));
   }
@@ -99,9 +100,9 @@ std::shared_ptr<FileStream> LmdbPixelFiles::Open(const std::string& name) const 
   throw StoreError(Settled(name) + ": the file with the pixel data is not there");
 }
 
-void LmdbPixelFiles::Drop(Globals& nodes, const std::string& name) {
+void LmdbPixelFiles::Drop(Globals& nodes, const std::string& name, std::int64_t transaction) {
   nodes.Kill(kGlobal, PixelsNote(name));
-  nodes.Set(kGlobal, DroppedNote(name), std::int64_t{1});
+  nodes.Set(kGlobal, DroppedNote(name), transaction);
 }
 
 void LmdbPixelFiles::Sync(const NewFile& file) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,7 +15,8 @@ namespace emulator {
 /// has left is put right by the next one that writes, from the notes that the database keeps:
 ///
 ///     ^VessaStore("pixels", name)   the file belongs to the database
-///     ^VessaStore("dropped", name)  it did; it can be removed
+///     ^VessaStore("dropped", name)  it did before the transaction of this number; it can be removed when nobody reads
+///                                   from an older one
 class LmdbPixelFiles {
  public:
   /// @param folder  of the database, in UTF-8; the two folders are made in it
@@ -22,7 +24,8 @@ class LmdbPixelFiles {
   explicit LmdbPixelFiles(const std::string& folder);
 
   /// Puts right what others have left. Nobody else may write meanwhile.
-  void Recover(Globals& nodes) const;
+  /// @param oldest_reader  number of the oldest transaction that anybody reads from
+  void Recover(Globals& nodes, std::int64_t oldest_reader) const;
 
   struct NewFile {
     std::string name;
@@ -32,8 +35,8 @@ class LmdbPixelFiles {
   NewFile Create(Globals& nodes) const;
   /// @throws StoreError
   std::shared_ptr<FileStream> Open(const std::string& name) const;
-  /// Notes that the file can be removed once the transaction is committed.
-  static void Drop(Globals& nodes, const std::string& name);
+  /// Notes that the file can be removed once the transaction, of this number, is committed.
+  static void Drop(Globals& nodes, const std::string& name, std::int64_t transaction);
 
   /// Before a commit: a file is on the disk. @throws StoreError
   void Sync(const NewFile& file) const;

@@ -12,8 +12,10 @@ class LmdbTransaction : public StoreTransaction {
  public:
   LmdbTransaction(const std::shared_ptr<const LmdbEnvironment>& environment, LmdbPixelFiles files,
                   Access access)
-      : files_(std::move(files)), nodes_(std::make_shared<LmdbGlobals>(environment, access)) {
-    if (access == Access::kWrite) files_.Recover(*nodes_);
+      : environment_(environment),
+        files_(std::move(files)),
+        nodes_(std::make_shared<LmdbGlobals>(environment, access)) {
+    if (access == Access::kWrite) files_.Recover(*nodes_, environment_->OldestReader());
   }
 
   ~LmdbTransaction() override {
@@ -37,20 +39,24 @@ class LmdbTransaction : public StoreTransaction {
   }
 
   void DropPixels(const std::string& name) override {
-    LmdbPixelFiles::Drop(*nodes_, name);
+    LmdbPixelFiles::Drop(*nodes_, name, nodes_->Number());
     dropped_.push_back(name);
   }
 
   void Commit() override {
     for (const auto& file : created_) files_.Sync(file);
+    const std::int64_t number = nodes_->Number();
     nodes_->Commit();
     for (const auto& file : created_) files_.Settle(file.name);
-    for (const auto& name : dropped_) files_.Remove(name);
+    if (environment_->OldestReader() >= number) {  // else a later transaction removes them
+      for (const auto& name : dropped_) files_.Remove(name);
+    }
     created_.clear();
     dropped_.clear();
   }
 
  private:
+  std::shared_ptr<const LmdbEnvironment> environment_;
   LmdbPixelFiles files_;
   std::shared_ptr<LmdbGlobals> nodes_;
   std::vector<LmdbPixelFiles::NewFile> created_;

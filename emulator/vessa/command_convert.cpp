@@ -32,7 +32,9 @@ class ConvertCommand : public Command {
                    "Most bytes that a deflated data set may inflate to, such as 64M")
         ->transform(CLI::AsSizeValue(false))
         ->capture_default_str();
-    app.add_flag("--verify", is_verified_, "Decompose what was written and compare it with IN");
+    app.add_flag("--verify", is_verified_,
+                 "Decompose what was written and compare it with IN, but for group lengths (gggg,0000), "
+                 "which are not kept");
   }
 
   void Run(Session& session) override {

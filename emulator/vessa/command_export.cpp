@@ -22,7 +22,9 @@ class ExportCommand : public Command {
     app.add_option("--syntax", syntax_,
                    "Transfer syntax to write: a UID, 'implicit' or 'explicit' (both little endian)")
         ->required();
-    app.add_flag("--verify", is_verified_, "Decompose what was written and compare it with what is stored");
+    app.add_flag("--verify", is_verified_,
+                 "Decompose what was written and compare it with what is stored, which is all but group "
+                 "lengths (gggg,0000)");
     store_.Define(app);
   }
 

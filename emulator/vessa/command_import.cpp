@@ -13,7 +13,9 @@ namespace {
 class ImportCommand : public Command {
  public:
   const char* Name() const override { return "import"; }
-  const char* Summary() const override { return "Decompose DICOM files into the host's store"; }
+  const char* Summary() const override {
+    return "Decompose DICOM files into the host's store, all but group lengths (gggg,0000)";
+  }
   const char* Examples() const override {
     return "vessa import image.dcm\n"
            "vessa import image.dcm --id image\n"

@@ -116,6 +116,23 @@ TEST(LmdbStore, RemovesPixelDataThatAreDroppedAfterTheCommitOnly) {
   EXPECT_THROW(store->Begin(Access::kRead)->OpenPixels(name), StoreError);
 }
 
+TEST(LmdbStore, KeepsPixelDataThatAreDroppedAsLongAsAnOlderTransactionReads) {
+  const ScratchFolder folder;
+  const auto store = OpenDataStore(folder.Path());
+  Import(*store, "A");
+  auto reader = store->Begin(Access::kRead);
+  const std::string name = PixelsNamed("A", *reader->Nodes());
+  const auto removal = store->Begin(Access::kWrite);
+  RemoveDataSet(*removal, "A");
+  removal->Commit();
+  store->Begin(Access::kWrite)->Commit();
+  const auto newer_reader = store->Begin(Access::kRead);
+  EXPECT_EQ(ReadAll(*reader->OpenPixels(name)), std::string(10000, 'p'));
+  reader.reset();
+  store->Begin(Access::kWrite)->Commit();
+  EXPECT_EQ(folder.CountFiles("pixels"), 0U);
+}
+
 TEST(LmdbStore, FinishesWhatAKilledProcessHadCommitted) {
   const ScratchFolder folder;
   Import(*OpenDataStore(folder.Path()), "A");

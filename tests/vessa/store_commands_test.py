@@ -112,6 +112,16 @@ class StoreCommands(unittest.TestCase):
         group_length = struct.unpack("<I", deflated[140:144])[0]
         self.assertEqual(zlib.decompress(deflated[144 + group_length:], wbits=-15), data_set)
 
+    def test_leaves_out_group_lengths_and_says_so(self):
+        group_length = element(0x00100000, b"UL", struct.pack("<I", len(NAME)))
+        self.run_tool("import", self.file("a.dcm", dicom_file(b"1.23", group_length, NAME)))
+        output = self.folder / "out.dcm"
+        process = self.run_tool("export", "1.23", output, "--syntax", "explicit", "--verify")
+        self.assertIn("verified, 2 elements and items", process.stderr)
+        self.assertNotIn(group_length, output.read_bytes())
+        for command in ("import", "export", "convert"):
+            self.assertIn("group lengths (gggg,0000)", " ".join(self.run_tool(command, "--help").stdout.split()))
+
     def test_leaves_unknown_transfer_syntaxes_to_the_library(self):
         self.run_tool("import", self.file("a.dcm", dicom_file(b"1.23", NAME, BITS, PIXELS)))
         output = self.folder / "out.dcm"
@@ -219,6 +229,25 @@ class StoreCommands(unittest.TestCase):
                 end(process.pid, number)
                 self.assertEqual(process.wait(), -number)
                 self.wait_until(lambda: not list(self.folder.glob("out.dcm*")))
+
+    def test_reads_to_its_end_what_is_removed_meanwhile(self):
+        pixels = bytes(64 << 20)
+        header = struct.pack("<HH2sHI", 0x7FE0, 0x0010, b"OW", 0, len(pixels))
+        self.run_tool("import", self.file("a.dcm", dicom_file(b"1.23", header + pixels)))
+        output = self.folder / "out.dcm"
+        with subprocess.Popen([VESSA, "export", "1.23", output, "--syntax", "explicit", "--verify"],
+                              env=self.environment, start_new_session=True, stderr=subprocess.PIPE, text=True) as process:
+            self.wait_until(lambda: any(path.stat().st_size for path in self.folder.glob("out.dcm.unfinished")))
+            os.killpg(process.pid, signal.SIGSTOP)
+            try:
+                self.assertFalse(output.exists())
+                self.run_tool("kill", "1.23")
+            finally:
+                os.killpg(process.pid, signal.SIGCONT)
+            self.assertIn("verified, 2 elements and items", process.communicate()[1])
+            self.assertEqual(process.returncode, 0)
+        self.run_tool("import", self.file("b.dcm", dicom_file(b"1.24", NAME)))
+        self.assertEqual(list((self.folder / "vessa/pixels").iterdir()), [])
 
     def wait_until(self, happens):
         end = time.monotonic() + 10
