@@ -277,7 +277,7 @@ TEST(Query, RefusesToWriteFragmentsToAFileAndNamesWhatDoes) {
   EXPECT_THAT(run.errors, HasSubstr("nothing was written"));
   EXPECT_EQ(ReadAll(out), "old");
   EXPECT_THAT(run.errors, HasSubstr("vessa dump --json --bulk FOLDER FILE"));
-  const std::string folder = PathOf("bulk");
+  const std::string folder = PathOf("bulk fragments");
   EXPECT_EQ(RunTool({"dump", "--json", "--bulk", folder, file}).exit_code, 0);
   EXPECT_EQ(ReadAll(folder + "/000001-7FE00010.bin"), fragments);
 }
