@@ -69,17 +69,20 @@ DicomFile::PositionedStream DicomFile::OpenDataSet(Session& session, ContentSink
   return {input_.name, stream, syntax};
 }
 
-DicomFile::PositionedStream DicomFile::OpenMeta(Session& session) const {
-  const std::shared_ptr<StreamObject> file = OpenFile(input_.path);
-  std::int64_t end = file->ByteCount();
+/// Bytes up to the end of group 0002.
+std::int64_t DicomFile::EndOfMeta(Session& session, const std::shared_ptr<StreamObject>& file) const {
   try {
     NullSink no_events;
     DecomposeMeta(session, no_events, file);
-    end = file->Position() - 1;
+    return file->Position() - 1;
   } catch (const LibraryFailure&) {
-    // What lies in front of the damage can be read all the same.
+    return file->ByteCount();  // what lies in front of the damage can be read all the same
   }
-  const auto meta = std::make_shared<ShortenedStream>(file, end);
+}
+
+DicomFile::PositionedStream DicomFile::OpenMeta(Session& session) const {
+  const std::shared_ptr<StreamObject> file = OpenFile(input_.path);
+  const auto meta = std::make_shared<ShortenedStream>(file, EndOfMeta(session, file));
   meta->MoveTo(1 + static_cast<std::int64_t>(FirstElementOffset()));
   return {input_.path, meta, kExplicitLittleEndian};
 }

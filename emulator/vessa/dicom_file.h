@@ -62,6 +62,7 @@ class DicomFile {
   std::shared_ptr<StreamObject> WithMoreBytes(std::shared_ptr<StreamObject> stream) const;
   std::string DecomposeMeta(Session& session, ContentSink& sink,
                             const std::shared_ptr<StreamObject>& stream) const;
+  std::int64_t EndOfMeta(Session& session, const std::shared_ptr<StreamObject>& file) const;
   std::string MoveBehindMeta(Session& session, ContentSink& meta_sink,
                              const std::shared_ptr<StreamObject>& stream) const;
 

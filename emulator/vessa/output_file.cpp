@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <system_error>
 
@@ -86,7 +85,7 @@ void OutputFile::Finish() {
   }
 }
 
-void OutputFile::Fail() const { Fail(std::strerror(errno == 0 ? EIO : errno)); }
+void OutputFile::Fail() const { Fail(std::generic_category().message(errno == 0 ? EIO : errno)); }
 
 void OutputFile::Fail(const std::string& reason) const {
   throw ToolError(kOutputUnwritable, fmt::format("{}: {}", path_, reason));
