@@ -42,13 +42,12 @@ StreamAnswer AskStream(const Question& question, const std::string& bytes, bool 
 
 bool HasAnswer(const emulator::ListResult& result) { return result.Succeeded() && result.values.size() == 2; }
 
-/// The stream stands behind the answer and no further: up to there it is there, and with a byte less it is not.
+/// The stream stands behind the answer and no further: up to there it is there, and with a byte less it is not. Neither
+/// end lies between two elements, where a peek could go on for ever: the last byte is one of a header or a value.
 void RequirePositionBehindAnswer(const Question& question, const std::string& bytes, std::size_t consumed) {
-  constexpr bool kFailsAtEnd =
-      false;  // nor is there an end to be peeked at for ever: the last byte is of a header or a value
-  Require(HasAnswer(AskStream(question, bytes.substr(0, consumed), kFailsAtEnd).result),
+  Require(HasAnswer(AskStream(question, bytes.substr(0, consumed), false).result),
           "the host's stream stands before the end of the answer");
-  Require(!HasAnswer(AskStream(question, bytes.substr(0, consumed - 1), kFailsAtEnd).result),
+  Require(!HasAnswer(AskStream(question, bytes.substr(0, consumed - 1), false).result),
           "the host's stream stands behind the answer");
 }
 
