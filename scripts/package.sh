@@ -57,8 +57,4 @@ cat build/packages/SHA256SUMS
   export CCACHE_DISABLE=1
   make_packages build/package/another-place/copy build/package/again
 )
-# A Windows system of our own, without a display.
-export WINEPREFIX="$PWD/build/wine" WINEDEBUG=-all WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe='
-unset DISPLAY
-[ -f "$WINEPREFIX/system.reg" ] || wineboot --init >/dev/null 2>&1
-exec /usr/bin/python3 -B tests/packages/packages_test.py build/packages build/package/again "$commit"
+exec scripts/in_wine.sh /usr/bin/python3 -B tests/packages/packages_test.py build/packages build/package/again "$commit"

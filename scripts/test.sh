@@ -38,11 +38,12 @@ build() {
     cmake --build --preset "$1" -j "$jobs"
 }
 
-# Runs the tests of one preset and counts their cases: what each program reported, in GoogleTest's words or Python's.
+# run_tests PRESET [LAUNCHER]: runs the tests of one preset and counts their cases: what each program reported, in
+# GoogleTest's words or Python's.
 run_tests() {
   log=build/$1/Testing/Temporary/LastTest.log
   rm -f "$log"
-  ctest --preset "$1" -j "$jobs"
+  ${2:-} ctest --preset "$1" -j "$jobs"
   result=$?
   cases_passed=$((cases_passed + $(grep -cE '^\[       OK \]| \.\.\. ok$' "$log")))
   cases_failed=$((cases_failed + $(grep -cE '^\[  FAILED  \] .* ms\)|^(FAIL|ERROR): ' "$log")))
@@ -50,14 +51,7 @@ run_tests() {
 }
 
 build_and_test() {
-  stage "$1: build" build "$1" && stage "$1: tests" run_tests "$1"
-}
-
-# A Windows system of our own, without a display, so that nobody's is touched and none need exist.
-start_wine() {
-  export WINEPREFIX="$PWD/build/wine" WINEDEBUG=-all WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe='
-  unset DISPLAY
-  [ -f "$WINEPREFIX/system.reg" ] || wineboot --init >/dev/null 2>&1
+  stage "$1: build" build "$1" && stage "$1: tests" run_tests "$@"
 }
 
 tidy() {
@@ -69,7 +63,7 @@ for wanted; do
   case $wanted in
     format) stage format check_format ;;
     release | sanitize) build_and_test "$wanted" ;;
-    windows) stage 'windows: wine' start_wine && build_and_test windows ;;
+    windows) build_and_test windows scripts/in_wine.sh ;;
     tidy) stage tidy tidy ;;
     fuzz) stage fuzz scripts/fuzz.sh 20s ;;
     *)
