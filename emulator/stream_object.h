@@ -27,6 +27,9 @@ class StreamObject : public Object {
   /// Moves to any position from 1 to the number of bytes + 1; others become the nearest of these.
   void MoveTo(std::int64_t position);
   virtual std::int64_t ByteCount() const = 0;
+  /// `count` bytes, which must be there, from the 0-based `offset` on; valid until the next call. Position and
+  /// misbehaviour do not count here.
+  virtual std::string_view BytesAt(std::int64_t offset, std::int64_t count) = 0;
 
   /// Size and Position as properties tell this much more than there is: streams above the range of 32 bits.
   void PretendLarger(std::int64_t bytes) { pretended_bytes_ = bytes; }
@@ -49,8 +52,6 @@ class StreamObject : public Object {
   std::uint64_t BytesHandedOut() const { return handed_out_; }
 
  protected:
-  /// Up to `count` bytes from the 0-based `offset` on; valid until the next call.
-  virtual std::string_view BytesAt(std::int64_t offset, std::int64_t count) = 0;
   virtual void Append(std::string_view bytes) = 0;
 
  private:
@@ -79,9 +80,9 @@ class MemoryStream : public StreamObject {
 
   const std::string& Bytes() const { return bytes_; }
   std::int64_t ByteCount() const override { return static_cast<std::int64_t>(bytes_.size()); }
+  std::string_view BytesAt(std::int64_t offset, std::int64_t count) override;
 
  protected:
-  std::string_view BytesAt(std::int64_t offset, std::int64_t count) override;
   void Append(std::string_view bytes) override { bytes_ += bytes; }
 
  private:
@@ -101,12 +102,12 @@ class FileStream : public StreamObject {
   FileStream& operator=(const FileStream&) = delete;
 
   std::int64_t ByteCount() const override { return byte_count_; }
+  std::string_view BytesAt(std::int64_t offset, std::int64_t count) override;
   /// Writes what the system has not taken yet.
   /// @throws HostError  kWriteError
   void Flush();
 
  protected:
-  std::string_view BytesAt(std::int64_t offset, std::int64_t count) override;
   void Append(std::string_view bytes) override;
 
  private:

@@ -17,9 +17,9 @@ class ExtendedStream : public StreamObject {
   std::int64_t ByteCount() const override {
     return stream_->ByteCount() + static_cast<std::int64_t>(more_bytes_.size());
   }
+  std::string_view BytesAt(std::int64_t offset, std::int64_t count) override;
 
  protected:
-  std::string_view BytesAt(std::int64_t offset, std::int64_t count) override;
   void Append(std::string_view) override { throw HostError{kWriteError}; }
 
  private:

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <memory>
-#include <string>
+#include <string_view>
 #include <utility>
 
 #include "emulator/stream_object.h"
@@ -16,15 +16,16 @@ class ShortenedStream : public StreamObject {
       : stream_(std::move(stream)), byte_count_(byte_count) {}
 
   std::int64_t ByteCount() const override { return byte_count_; }
+  std::string_view BytesAt(std::int64_t offset, std::int64_t count) override {
+    return stream_->BytesAt(offset, count);
+  }
 
  protected:
-  std::string_view BytesAt(std::int64_t offset, std::int64_t count) override;
   void Append(std::string_view) override { throw HostError{kWriteError}; }
 
  private:
   std::shared_ptr<StreamObject> stream_;
   std::int64_t byte_count_;
-  std::string handed_out_;
 };
 
 }  // namespace emulator::tool
