@@ -14,8 +14,10 @@ if setarch -R true 2>/dev/null; then fixed='setarch -R'; else fixed=; fi
 
 # The server stays until the end: one that is about to leave turns away those that come just then.
 mkdir -p "$WINEPREFIX"
+wineserver --kill || true  # one that an interrupted run has left
 wineserver --persistent
 trap 'wineserver --kill' EXIT
 trap 'exit 1' HUP INT TERM
-[ -f "$WINEPREFIX/system.reg" ] || $fixed wineboot --init >/dev/null 2>&1
+# The system's own processes live as long as the server: started here, they do not hold a test's output open.
+$fixed wineboot --init </dev/null >/dev/null 2>&1
 $fixed "$@"
