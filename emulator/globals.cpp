@@ -35,6 +35,14 @@ GlobalNode NodeOf(std::string_view key) {
   return node;
 }
 
+/// The entry with its key below the level; none where it lies elsewhere.
+template <class Entry>
+std::optional<Entry> Below(std::optional<Entry> entry, std::string_view level) {
+  if (!entry || !entry->key.starts_with(level)) return std::nullopt;
+  entry->key.remove_prefix(level.size());
+  return entry;
+}
+
 }  // namespace
 
 Value KeptValue::Restored() const {
@@ -102,8 +110,8 @@ void Globals::SetKey(std::string_view key, std::string_view bytes) {
 }
 
 std::optional<KeptValue> Globals::GetKey(std::string_view key) const {
-  const auto entry = Find(key);
-  return entry ? std::optional(KeptValue(entry->value)) : std::nullopt;
+  const auto value = Find(key);
+  return value ? std::optional(KeptValue(*value)) : std::nullopt;
 }
 
 int Globals::DefinedKey(std::string_view key) const {
@@ -115,20 +123,25 @@ int Globals::DefinedKey(std::string_view key) const {
 }
 
 KeptNeighbour Globals::OrderKey(std::string_view key, std::size_t level, int direction) const {
-  const bool is_forward = direction > 0;
-  const bool is_from_behind = !is_forward && IsEmptySubscript(key.substr(level));
-  from_ = is_from_behind ? key.substr(0, level) : key;
-  if (is_forward || is_from_behind) from_ += kBehindDescendants;
-  return Neighbour(is_forward ? FirstNotBefore(from_) : LastBefore(from_), key.substr(0, level));
+  const std::optional<Entry> entry = direction > 0 ? NextBelow(key, level) : PreviousBelow(key, level);
+  if (!entry || entry->key.empty()) return {};
+  const std::string_view subscript = entry->key.substr(0, SubscriptLength(entry->key));
+  if (subscript.size() == entry->key.size()) return {subscript, KeptValue(entry->value)};
+  // Walking backward, the entry found may lie below the neighbour and the neighbour have a value all the same.
+  from_.assign(key, 0, level).append(subscript);
+  return {subscript, GetKey(from_)};
 }
 
-KeptNeighbour Globals::Neighbour(const std::optional<Entry>& entry, std::string_view level) const {
-  if (!entry || entry->key.size() == level.size() || !entry->key.starts_with(level)) return {};
-  const std::string_view below = entry->key.substr(level.size());
-  const std::string_view subscript = below.substr(0, SubscriptLength(below));
-  // Walking backward, the entry found may lie below the neighbour and the neighbour have a value all the same.
-  if (subscript.size() == below.size()) return {subscript, KeptValue(entry->value)};
-  return {subscript, GetKey(entry->key.substr(0, level.size() + subscript.size()))};
+std::optional<Globals::Entry> Globals::NextBelow(std::string_view key, std::size_t level) const {
+  from_.assign(key) += kBehindDescendants;
+  return Below(FirstNotBefore(from_), key.substr(0, level));
+}
+
+/// An empty subscript stands behind the last.
+std::optional<Globals::Entry> Globals::PreviousBelow(std::string_view key, std::size_t level) const {
+  if (!IsEmptySubscript(key.substr(level))) return Below(LastBefore(key), key.substr(0, level));
+  from_.assign(key, 0, level) += kBehindDescendants;
+  return Below(LastBefore(from_), key.substr(0, level));
 }
 
 }  // namespace emulator

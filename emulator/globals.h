@@ -101,14 +101,17 @@ class Globals {
 
   // What a store has to know: bytes ordered by bytes.
   virtual void Put(std::string_view key, std::string_view value) = 0;
-  virtual std::optional<Entry> Find(std::string_view key) const = 0;
+  /// The value of that key.
+  virtual std::optional<std::string_view> Find(std::string_view key) const = 0;
   virtual std::optional<Entry> FirstNotBefore(std::string_view key) const = 0;
   virtual std::optional<Entry> LastBefore(std::string_view key) const = 0;
+  /// The first behind `key` and all nodes below it, if it begins with the same `level` bytes; its key without those.
+  virtual std::optional<Entry> NextBelow(std::string_view key, std::size_t level) const;
   /// Removes the keys from `first` on that come before `behind`.
   virtual void Erase(std::string_view first, std::string_view behind) = 0;
 
  private:
-  KeptNeighbour Neighbour(const std::optional<Entry>& entry, std::string_view level) const;
+  std::optional<Entry> PreviousBelow(std::string_view key, std::size_t level) const;
 
   mutable std::string from_;  // where a step starts: storage that is used again
 };

@@ -6,7 +6,7 @@
 namespace emulator {
 namespace {
 
-constexpr std::size_t kMostNodesOfPage = 32;
+constexpr std::size_t kMostNodesOfPage = 64;
 
 }  // namespace
 
@@ -16,7 +16,7 @@ MemoryGlobals::MemoryGlobals() {
 }
 
 void MemoryGlobals::Put(std::string_view key, std::string_view value) {
-  const auto [found, place] = Seek(key);
+  const auto [found, place] = Seek({key});
   NodePage& page =
       pages_.erase(found, found)->second;  // erases nothing: the way to a page that may be changed
   if (place.is_taken) {
@@ -25,75 +25,95 @@ void MemoryGlobals::Put(std::string_view key, std::string_view value) {
   }
   page.Insert(place.index, key, value);
   if (page.Size() <= kMostNodesOfPage) return;
-  const std::size_t half = page.Size() / 2;
-  const std::string least = page[half].key;
-  pages_.try_emplace(least, page.SplitOff(half));
+  // Where nodes come one behind the other, as they do in an import, pages stay full.
+  NodePage second = page.SplitOff(std::max(page.Size() / 2, place.index));
+  std::string least(second.KeyBehind(0, 0, key_));
+  pages_.try_emplace(std::move(least), std::move(second));
 }
 
-std::optional<Globals::Entry> MemoryGlobals::Find(std::string_view key) const {
-  const auto& [page, place] = Seek(key);
+std::optional<std::string_view> MemoryGlobals::Find(std::string_view key) const {
+  const auto& [page, place] = Seek({key});
   if (!place.is_taken) return std::nullopt;
-  const NodePage::Node& node = page->second[place.index];
-  return Entry{node.key, node.value};
+  return page->second[place.index].value;
 }
 
 std::optional<Globals::Entry> MemoryGlobals::FirstNotBefore(std::string_view key) const {
-  const Position& position = Seek(key);
-  auto page = position.page;
-  std::size_t index = position.place.index;
-  for (; index == page->second.Size(); index = 0) {
-    if (++page == pages_.end()) return std::nullopt;
-  }
-  const NodePage::Node& node = page->second[index];
-  return Entry{node.key, node.value};
+  const std::optional<NodePlace> node = FirstFrom(Seek({key}));
+  if (!node) return std::nullopt;
+  return Entry{node->page->KeyBehind(node->index, 0, key_), (*node->page)[node->index].value};
+}
+
+std::optional<Globals::Entry> MemoryGlobals::NextBelow(std::string_view key, std::size_t level) const {
+  const std::optional<NodePlace> node = FirstFrom(Seek({key, true}));
+  if (!node || !node->page->KeyBegins(node->index, key.substr(0, level))) return std::nullopt;
+  return Entry{node->page->KeyBehind(node->index, level, key_), (*node->page)[node->index].value};
 }
 
 std::optional<Globals::Entry> MemoryGlobals::LastBefore(std::string_view key) const {
-  const Position& position = Seek(key);
+  const Position& position = Seek({key});
   auto page = position.page;
   std::size_t index = position.place.index;
   for (; index == 0; index = page->second.Size()) {
     if (page == pages_.begin()) return std::nullopt;
     --page;
   }
-  const NodePage::Node& node = page->second[index - 1];
-  return Entry{node.key, node.value};
+  return Entry{page->second.KeyBehind(index - 1, 0, key_), page->second[index - 1].value};
 }
 
 void MemoryGlobals::Erase(std::string_view first, std::string_view behind) {
   for (auto page = std::prev(pages_.upper_bound(first)); page != pages_.end() && page->first < behind;) {
     NodePage& nodes = page->second;
-    nodes.Erase(nodes.Seek(first, 0).index, nodes.Seek(behind, nodes.Size()).index);
+    nodes.Erase(nodes.Seek({first}, 0).index, nodes.Seek({behind}, nodes.Size()).index);
     page = nodes.IsEmpty() && page != pages_.begin() ? pages_.erase(page) : std::next(page);
   }
   Forget();
 }
 
-const MemoryGlobals::Position& MemoryGlobals::Seek(std::string_view key) const {
-  const auto found = std::find_if(recent_.begin(), recent_.end(),
-                                  [this, key](Position& position) { return MoveNear(key, position); });
-  if (found != recent_.end()) {
-    std::rotate(recent_.begin(), found, found + 1);
-  } else {
-    const auto page = std::prev(pages_.upper_bound(key));
-    std::rotate(recent_.begin(), recent_.end() - 1, recent_.end());
-    recent_.front() = {page, page->second.Seek(key, 0)};
+const MemoryGlobals::Position& MemoryGlobals::Seek(const Sought& sought) const {
+  auto found = std::find_if(recent_.begin(), recent_.end(),
+                            [&sought](Position& position) { return MoveWithin(position, sought); });
+  if (found == recent_.end()) {
+    const Position position = SeekAnew(sought);
+    found = std::find_if(recent_.begin(), recent_.end() - 1,
+                         [&position](const Position& recent) { return recent.page == position.page; });
+    *found = position;
   }
+  if (found != recent_.begin()) std::rotate(recent_.begin(), found, found + 1);
   return recent_.front();
 }
 
-/// Moves a position to the key if that is in the same page or in the one behind it; otherwise it ends somewhere.
-bool MemoryGlobals::MoveNear(std::string_view key, Position& position) const {
-  auto& [page, place] = position;
-  place = page->second.Seek(key, place.index);
-  if (!place.is_near) return false;
-  if (place.index == 0) return place.is_taken || page->first <= key;
-  if (place.index < page->second.Size()) return true;
-  const auto next = std::next(page);
-  if (next == pages_.end() || key < next->first) return true;
-  page = next;
-  place = page->second.Seek(key, 0);
-  return place.index < page->second.Size();
+/// Moves a position to what is sought if that is among the nodes of its page; otherwise it stays.
+bool MemoryGlobals::MoveWithin(Position& position, const Sought& sought) {
+  const NodePage& page = position.page->second;
+  const NodePage::Place place = page.Seek(sought, position.place.index);
+  if (place.index == page.Size() || (place.index == 0 && !place.is_taken)) return false;
+  position.place = place;
+  return true;
+}
+
+/// Behind the nodes of a page of late or in the page behind that, as a walk comes to the end of its page; or wherever it
+/// is.
+MemoryGlobals::Position MemoryGlobals::SeekAnew(const Sought& sought) const {
+  for (const Position& recent : recent_) {
+    const auto page = recent.page;
+    const NodePage::Place place = page->second.Seek(sought, page->second.Size());
+    if (place.index < page->second.Size()) continue;
+    Position next{std::next(page), {}};
+    if (next.page == pages_.end() || sought < next.page->first) return {page, place};
+    if (MoveWithin(next, sought)) return next;
+  }
+  const auto page = std::prev(pages_.upper_bound(sought));
+  return {page, page->second.Seek(sought, 0)};
+}
+
+/// The first node from there on.
+std::optional<MemoryGlobals::NodePlace> MemoryGlobals::FirstFrom(const Position& position) const {
+  auto page = position.page;
+  std::size_t index = position.place.index;
+  for (; index == page->second.Size(); index = 0) {
+    if (++page == pages_.end()) return std::nullopt;
+  }
+  return NodePlace{&page->second, index};
 }
 
 }  // namespace emulator

@@ -15,8 +15,9 @@ class MemoryGlobals : public Globals {
 
  protected:
   void Put(std::string_view key, std::string_view value) override;
-  std::optional<Entry> Find(std::string_view key) const override;
+  std::optional<std::string_view> Find(std::string_view key) const override;
   std::optional<Entry> FirstNotBefore(std::string_view key) const override;
+  std::optional<Entry> NextBelow(std::string_view key, std::size_t level) const override;
   std::optional<Entry> LastBefore(std::string_view key) const override;
   void Erase(std::string_view first, std::string_view behind) override;
 
@@ -30,14 +31,22 @@ class MemoryGlobals : public Globals {
     NodePage::Place place;
   };
 
-  const Position& Seek(std::string_view key) const;
-  bool MoveNear(std::string_view key, Position& position) const;
+  struct NodePlace {
+    const NodePage* page;
+    std::size_t index;
+  };
+
+  const Position& Seek(const Sought& sought) const;
+  static bool MoveWithin(Position& position, const Sought& sought);
+  Position SeekAnew(const Sought& sought) const;
+  std::optional<NodePlace> FirstFrom(const Position& position) const;
   void Forget() { recent_.fill({pages_.begin(), {}}); }
 
   Pages pages_;
   /// Where the last searches ended, the last first: what is asked for next is most often near, as in a walk over the
   /// elements of an item and the values behind them.
   mutable std::array<Position, 4> recent_;
+  mutable std::string key_;  // of what was found last: storage that is used again
 };
 
 }  // namespace emulator

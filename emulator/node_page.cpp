@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "emulator/collation.h"
+
 namespace emulator {
 namespace {
 
@@ -13,75 +15,94 @@ std::size_t CommonBytes(std::string_view left, std::string_view right) {
   return static_cast<std::size_t>(differing.first - left.begin());
 }
 
-constexpr std::size_t kHeadBytes = sizeof(std::uint64_t);
-
-std::uint64_t BigEndian(const char* bytes) {
-  std::uint64_t number = 0;
-  for (std::size_t byte = 0; byte < kHeadBytes; ++byte)
-    number = number << 8U | static_cast<unsigned char>(bytes[byte]);
-  return number;
-}
-
 }  // namespace
 
-NodePage::Place NodePage::Seek(std::string_view key, std::size_t near) const {
-  if (IsEmpty()) return {};
-  const std::string_view common = std::string_view{nodes_.front().key}.substr(0, common_);
-  if (const int order = key.substr(0, common_).compare(common); order != 0) {
-    return {order < 0 ? 0 : Size(), false, false};
+std::string_view NodePage::KeyBehind(std::size_t index, std::size_t bytes, std::string& storage) const {
+  const std::string& rest = nodes_[index].rest;
+  if (bytes >= common_.size()) return std::string_view{rest}.substr(bytes - common_.size());
+  storage.assign(common_, bytes).append(rest);
+  return storage;
+}
+
+bool NodePage::KeyBegins(std::size_t index, std::string_view beginning) const {
+  if (beginning.size() <= common_.size()) return common_.starts_with(beginning);
+  return nodes_[index].rest.starts_with(beginning.substr(common_.size())) && beginning.starts_with(common_);
+}
+
+/// Of the first head not before that one, which most often is near.
+std::size_t NodePage::IndexOf(const KeyHead& head, std::size_t near) const {
+  constexpr std::size_t kSteps = 4;
+  std::size_t from = near > 0 ? near - 1 : 0;
+  std::size_t end = Size();
+  if (from > 0 && !(heads_[from - 1] < head)) {
+    end = from;
+    from = 0;
+  } else {
+    const std::size_t last = std::min(from + kSteps, end);
+    while (from < last && heads_[from] < head) ++from;
+    if (from < last) return from;
   }
-  const Head head = HeadOf(key);
-  std::size_t index = std::min(near, Size());
-  while (index < Size() && heads_[index] < head) ++index;
-  while (index > 0 && heads_[index - 1] >= head) --index;
-  for (; index < Size() && heads_[index] == head; ++index) {
-    const int order = nodes_[index].key.compare(key);
-    if (order >= 0) return {index, order == 0, true};
-  }
-  return {index, false, true};
+  const auto found = std::lower_bound(heads_.begin() + Offset(from), heads_.begin() + Offset(end), head);
+  return static_cast<std::size_t>(found - heads_.begin());
+}
+
+NodePage::Place NodePage::Seek(const Sought& sought, std::size_t near) const {
+  if (!sought.key.starts_with(common_)) return {sought < common_ ? 0 : Size(), false, false};
+  const Sought rest{sought.key.substr(common_.size()), sought.is_behind_below};
+  KeyHead head(sought.key, common_.size());
+  if (sought.is_behind_below) head = head.With(kBehindDescendants);
+  std::size_t index = IndexOf(head, std::min(near, Size()));
+  if (head.IsWhole()) return {index, index < Size() && heads_[index] == head, true};
+  while (index < Size() && heads_[index] == head && nodes_[index].rest < rest) ++index;
+  return {index, index < Size() && !rest.is_behind_below && nodes_[index].rest == rest.key, true};
 }
 
 void NodePage::Insert(std::size_t index, std::string_view key, std::string_view value) {
-  nodes_.insert(nodes_.begin() + Offset(index), Node{std::string(key), std::string(value)});
-  if (CommonBytes(nodes_.front().key, nodes_.back().key) < common_ || Size() == 1) {
-    MakeHeads();
-  } else {
-    heads_.insert(heads_.begin() + Offset(index), HeadOf(key));
+  if (IsEmpty()) {
+    common_ = key;
+  } else if (const std::size_t common = CommonBytes(common_, key); common < common_.size()) {
+    ShortenCommon(common);
   }
+  const std::string_view rest = key.substr(common_.size());
+  nodes_.insert(nodes_.begin() + Offset(index), Node{std::string(rest), std::string(value)});
+  heads_.insert(heads_.begin() + Offset(index), KeyHead(key, common_.size()));
 }
 
 void NodePage::Erase(std::size_t first, std::size_t behind) {
   nodes_.erase(nodes_.begin() + Offset(first), nodes_.begin() + Offset(behind));
-  MakeHeads();
+  heads_.erase(heads_.begin() + Offset(first), heads_.begin() + Offset(behind));
 }
 
 NodePage NodePage::SplitOff(std::size_t index) {
   NodePage page;
   const auto first = nodes_.begin() + Offset(index);
+  page.common_ = common_;
   page.nodes_.assign(std::make_move_iterator(first), std::make_move_iterator(nodes_.end()));
-  page.MakeHeads();
+  page.heads_.assign(heads_.begin() + Offset(index), heads_.end());
+  page.LengthenCommon();
   Erase(index, Size());
+  LengthenCommon();
   return page;
 }
 
-/// Of two keys with the common beginning the one that comes first has the lesser head, or both have the same.
-NodePage::Head NodePage::HeadOf(std::string_view key) const {
-  const std::size_t rest = key.size() - common_;
-  if (rest == 0) return 0;
-  if (rest >= kHeadBytes) return BigEndian(key.data() + common_);
-  if (key.size() >= kHeadBytes) {  // the last bytes, without those of the common beginning
-    return BigEndian(key.data() + key.size() - kHeadBytes) << (8 * (kHeadBytes - rest));
-  }
-  Head head = 0;
-  for (const char byte : key.substr(common_)) head = head << 8U | static_cast<unsigned char>(byte);
-  return head << (8 * (kHeadBytes - rest));
+void NodePage::ShortenCommon(std::size_t size) {
+  const std::string moved = common_.substr(size);
+  common_.resize(size);
+  for (Node& node : nodes_) node.rest.insert(0, moved);
+  MakeHeads();
+}
+
+void NodePage::LengthenCommon() {
+  const std::size_t moved = CommonBytes(nodes_.front().rest, nodes_.back().rest);
+  if (moved == 0) return;
+  common_.append(nodes_.front().rest, 0, moved);
+  for (Node& node : nodes_) node.rest.erase(0, moved);
+  MakeHeads();
 }
 
 void NodePage::MakeHeads() {
-  common_ = IsEmpty() ? 0 : CommonBytes(nodes_.front().key, nodes_.back().key);
-  heads_.resize(Size());
   std::transform(nodes_.begin(), nodes_.end(), heads_.begin(),
-                 [this](const Node& node) { return HeadOf(node.key); });
+                 [](const Node& node) { return KeyHead(node.rest, 0); });
 }
 
 }  // namespace emulator

@@ -53,14 +53,14 @@ void LmdbGlobals::Put(std::string_view key, std::string_view value) {
   environment_->RequireSuccess(mdb_put(transaction_, database_, &key_bytes, &value_bytes, 0));
 }
 
-std::optional<Globals::Entry> LmdbGlobals::Find(std::string_view key) const {
+std::optional<std::string_view> LmdbGlobals::Find(std::string_view key) const {
   if (IsTooLong(key)) return std::nullopt;
   MDB_val key_bytes = ReadOnly(key);
   MDB_val value_bytes{};
   const int code = mdb_get(transaction_, database_, &key_bytes, &value_bytes);
   if (code == MDB_NOTFOUND) return std::nullopt;
   environment_->RequireSuccess(code);
-  return Entry{key, BytesOf(value_bytes)};
+  return BytesOf(value_bytes);
 }
 
 std::optional<Globals::Entry> LmdbGlobals::FirstNotBefore(std::string_view key) const { return Seek(key); }

@@ -36,7 +36,7 @@ class LmdbGlobals : public Globals {
 
  protected:
   void Put(std::string_view key, std::string_view value) override;
-  std::optional<Entry> Find(std::string_view key) const override;
+  std::optional<std::string_view> Find(std::string_view key) const override;
   std::optional<Entry> FirstNotBefore(std::string_view key) const override;
   std::optional<Entry> LastBefore(std::string_view key) const override;
   void Erase(std::string_view first, std::string_view behind) override;

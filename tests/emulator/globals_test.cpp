@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <map>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,6 +20,8 @@ namespace {
 Value Text(const char* text) { return std::string(text); }
 
 Value Number(std::int64_t number) { return number; }
+
+std::ptrdiff_t Offset(std::size_t index) { return static_cast<std::ptrdiff_t>(index); }
 
 /// The subscripts of one level, as a walk finds them.
 std::vector<std::string> Walk(const Globals& globals, std::vector<Value> above, int direction) {
@@ -215,6 +220,64 @@ TEST(Globals, ManyNodesKeepTheirOrderThroughAllChanges) {
     EXPECT_EQ(globals.Defined("A", {Number(number)}), 0);
   }
   ExpectAll(globals, expected);
+}
+
+/// Nodes by their subscripts, all of them texts, in the order of their bytes.
+using Nodes = std::set<std::vector<std::string>>;
+
+std::vector<Value> Values(const std::vector<std::string>& subscripts) {
+  return {subscripts.begin(), subscripts.end()};
+}
+
+/// What follows the last subscript on its level.
+std::string NeighbourIn(const Nodes& nodes, const std::vector<std::string>& subscripts, int direction) {
+  const std::size_t level = subscripts.size() - 1;
+  const auto is_on_level = [&](const std::vector<std::string>& node) {
+    return node.size() > level && std::equal(node.begin(), node.begin() + Offset(level), subscripts.begin());
+  };
+  std::string neighbour;
+  for (const auto& node : nodes) {
+    if (!is_on_level(node)) continue;
+    if (direction > 0 && node[level] > subscripts.back()) return node[level];
+    if (direction < 0 && (subscripts.back().empty() || node[level] < subscripts.back()))
+      neighbour = node[level];
+  }
+  return neighbour;
+}
+
+TEST(Globals, NodesOfAllDepthsHaveTheirNeighboursThroughAllChanges) {
+  const std::vector<std::string> texts = {"a",
+                                          "aa",
+                                          "b",
+                                          std::string("b\0", 2),
+                                          std::string("b\0c", 3),
+                                          "a text that is longer than what is compared at once: 1",
+                                          "a text that is longer than what is compared at once: 2"};
+  std::mt19937 random(11);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same on every run
+  const auto any_node = [&] {
+    std::vector<std::string> subscripts(1 + random() % 5);
+    for (std::string& subscript : subscripts) subscript = texts[random() % texts.size()];
+    return subscripts;
+  };
+  MemoryGlobals globals;
+  Nodes nodes;
+  for (int change = 0; change < 1500; ++change) {
+    auto node = any_node();
+    if (change % 5 == 4) {
+      globals.Kill("A", Values(node));
+      std::erase_if(nodes, [&](const auto& other) {
+        return other.size() >= node.size() && std::equal(node.begin(), node.end(), other.begin());
+      });
+    } else {
+      globals.Set("A", Values(node), Text(node.back().c_str()));
+      nodes.insert(node);
+    }
+    node = any_node();
+    EXPECT_EQ(globals.Get("A", Values(node)).has_value(), nodes.contains(node));
+    if (random() % 3 == 0) node.back().clear();
+    const int direction = random() % 2 == 0 ? 1 : -1;
+    ASSERT_EQ(globals.Order("A", Values(node), direction).subscript, NeighbourIn(nodes, node, direction));
+  }
 }
 
 TEST(Globals, KillOfManyNodesLeavesThoseAround) {
