@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 #include "emulator/host_error.h"
 
@@ -18,6 +19,10 @@ std::span<const Unit> ArgumentText(int length, const Unit* text) {
   if (length > kLongestShortText) throw HostError{kStringTooLong};
   if (length < 0 || (text == nullptr && length > 0)) throw HostError{kInvalidArgument};
   return {text, static_cast<std::size_t>(length)};
+}
+
+inline std::string_view Characters(std::span<const unsigned char> text) {
+  return {reinterpret_cast<const char*>(text.data()), text.size()};
 }
 
 }  // namespace emulator

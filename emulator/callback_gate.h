@@ -20,7 +20,7 @@ class CallbackGate {
     const Turn turn(Turn::Of::kHost);
     ++host->callback_count_;
     try {
-      if (IsWatched() || !host->faults_.Empty()) [[unlikely]] {
+      if (host->is_watched_ || !host->faults_.Empty()) [[unlikely]] {
         return PassWithCare(*host, operation, CallableRef<Machine>(work), CallableRef<Callback>(describe));
       }
       host->machine_->Scribble();
@@ -34,7 +34,7 @@ class CallbackGate {
   /// Whether anybody is told of the callback at hand.
   static bool IsWatched() noexcept {
     const Host* const host = Host::Current();
-    return host != nullptr && (host->recording_ || host->observer_);
+    return host != nullptr && host->is_watched_;
   }
 
   /// Whether the answer at hand is to be that lie.

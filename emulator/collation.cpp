@@ -40,10 +40,12 @@ struct Number {
   std::string_view fraction;
 };
 
+bool IsDigit(char character) { return character >= '0' && character <= '9'; }
+
 /// Digits at the start of the text.
 std::size_t DigitsIn(std::string_view text) {
   std::size_t at = 0;
-  while (at < text.size() && text[at] >= '0' && text[at] <= '9') ++at;
+  while (at < text.size() && IsDigit(text[at])) ++at;
   return at;
 }
 
@@ -156,6 +158,17 @@ char* WriteText(std::string_view text, char* out) {
   return out;
 }
 
+char* WriteWholeNumber(std::string_view text, char* out) {
+  if (text.empty() || text.front() == '0' || text.size() > kMaxNumberLength) return nullptr;
+  char* end = out + kDigitsAt;
+  for (const char digit : text) {
+    if (!IsDigit(digit)) return nullptr;
+    *end++ = digit;
+  }
+  WriteExponent(static_cast<int>(text.size()), out);
+  return EndDigits(end);
+}
+
 char* WriteNumberOrText(std::string_view text, char* out) {
   const std::optional<Number> number = AsNumber(text);
   if (number && text != "0") return WriteNumber(*number, out);
@@ -170,7 +183,7 @@ char* WriteSubscript(std::int64_t number, char* out) {
     return WriteSubscript(text, out);
   }
   char* const digits = out + kDigitsAt;
-  char* const end = std::to_chars(digits, digits + kMostIntegerDigits, number).ptr;
+  char* const end = std::to_chars(digits, out + kMostIntegerKeyBytes, number).ptr;
   WriteExponent(static_cast<int>(end - digits), out);
   return EndDigits(end);
 }
@@ -187,6 +200,8 @@ void AppendSubscript(const Value& subscript, std::string& key) {
     AppendSubscript(std::string_view{number}, key);
   }
 }
+
+bool IsTextSubscript(std::string_view key) { return key.front() == kText; }
 
 bool IsEmptySubscript(std::string_view key) { return key.front() == kEmpty; }
 

@@ -26,21 +26,28 @@ bool IsCanonicalNumber(std::string_view text);
 /// Most bytes that a text of that length takes in a key.
 constexpr std::size_t MostKeyBytes(std::size_t text_length) { return 2 * text_length + 4; }
 
-/// Most characters of an integer's text.
-inline constexpr std::size_t kMostIntegerDigits = 20;
+/// Most bytes that a 64-bit integer takes.
+inline constexpr std::size_t kMostIntegerKeyBytes = 24;
 
-// Both write the key bytes of one subscript to where MostKeyBytes of its text are free.
+// Both write the key bytes of one subscript to where MostKeyBytes of its text, or kMostIntegerKeyBytes, are free.
 // @return  behind the last byte
 inline char* WriteSubscript(std::string_view text, char* out);
 char* WriteSubscript(std::int64_t number, char* out);
 
-// What they are made of: a text that is no number, and a text that may be one.
+// What they are made of: a text that is no number, one that may be one, and a whole number above zero, as most numbers
+// are. The last returns null for another text.
 char* WriteText(std::string_view text, char* out);
 char* WriteNumberOrText(std::string_view text, char* out);
+char* WriteWholeNumber(std::string_view text, char* out);
 
 inline char* WriteSubscript(std::string_view text, char* out) {
-  return !text.empty() && text.front() > '9' ? WriteText(text, out) : WriteNumberOrText(text, out);
+  if (!text.empty() && text.front() > '9') return WriteText(text, out);
+  char* const end = WriteWholeNumber(text, out);
+  return end != nullptr ? end : WriteNumberOrText(text, out);
 }
+
+/// True when the subscript at the start of `key` is a text that is no number.
+bool IsTextSubscript(std::string_view key);
 
 /// Appends the key bytes of one subscript.
 void AppendSubscript(std::string_view text, std::string& key);

@@ -8,15 +8,15 @@ Occasions Nth(std::uint64_t n, bool from_then_on) { return from_then_on ? Occasi
 }  // namespace
 
 void FaultPlan::Fail(Operation operation, const Occasions& occasions, int status) {
-  rules_.push_back({operation, std::nullopt, occasions, status});
+  Add({operation, std::nullopt, occasions, status});
 }
 
 void FaultPlan::FailMethod(std::string_view method, const Occasions& occasions, int status) {
-  rules_.push_back({Operation::kInvokeMethod, std::string(method), occasions, status});
+  Add({Operation::kInvokeMethod, std::string(method), occasions, status});
 }
 
 void FaultPlan::FailNth(std::uint64_t n, int status, bool from_then_on) {
-  rules_.push_back({std::nullopt, std::nullopt, Nth(n, from_then_on), status});
+  Add({std::nullopt, std::nullopt, Nth(n, from_then_on), status});
 }
 
 void FaultPlan::FailNth(Operation operation, std::uint64_t n, int status, bool from_then_on) {
@@ -27,11 +27,20 @@ void FaultPlan::FailNthMethod(std::string_view method, std::uint64_t n, int stat
   FailMethod(method, Nth(n, from_then_on), status);
 }
 
-void FaultPlan::LieNth(Lie lie, std::uint64_t n) { lies_.push_back({lie, n}); }
+void FaultPlan::Add(const Rule& rule) {
+  rules_.push_back(rule);
+  is_empty_ = false;
+}
+
+void FaultPlan::LieNth(Lie lie, std::uint64_t n) {
+  lies_.push_back({lie, n});
+  is_empty_ = false;
+}
 
 void FaultPlan::Clear() {
   rules_.clear();
   lies_.clear();
+  is_empty_ = true;
   hits_ = 0;
 }
 

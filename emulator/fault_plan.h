@@ -55,7 +55,7 @@ class FaultPlan {
 
   // --- asked by the host, once a callback ---
 
-  bool Empty() const { return rules_.empty() && lies_.empty(); }
+  bool Empty() const { return is_empty_; }
   /// Status that the callback has to answer; 0: none. `method` is the method that InvokeMethod is about to
   /// call.
   int StatusFor(Operation operation, std::string_view method);
@@ -75,6 +75,9 @@ class FaultPlan {
     std::uint64_t seen = 0;
   };
 
+  void Add(const Rule& rule);
+
+  bool is_empty_ = true;  // of rules and lies: asked once a callback
   std::vector<Rule> rules_;
   std::vector<PlannedLie> lies_;
   std::uint64_t hits_ = 0;

@@ -42,6 +42,16 @@ void Host::ResetStack() {
   machine_->Areas().Clear();
 }
 
+void Host::Record(bool on) {
+  recording_ = on;
+  is_watched_ = recording_ || observer_;
+}
+
+void Host::Observe(std::function<void(const Callback&)> observer) {
+  observer_ = std::move(observer);
+  is_watched_ = recording_ || observer_;
+}
+
 void Host::ScribbleHandedOutBytes(bool on) { machine_->SetScribbling(on); }
 
 }  // namespace emulator

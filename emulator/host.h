@@ -70,13 +70,13 @@ class Host {
   // --- Observation; all of it off at first, and then free of cost ---
 
   /// One line a callback, see CallbackLine, in the order in which they began.
-  void Record(bool on) { recording_ = on; }
+  void Record(bool on);
   const std::vector<std::string>& Calls() const { return calls_; }
   void ClearCalls() { calls_.clear(); }
 
   /// Told of every callback when it has been answered; a callback made inside a method comes before its
   /// InvokeMethod.
-  void Observe(std::function<void(const Callback&)> observer) { observer_ = std::move(observer); }
+  void Observe(std::function<void(const Callback&)> observer);
 
   /// Callbacks since the host was made, failed ones included.
   std::uint64_t CallbackCount() const { return callback_count_; }
@@ -94,6 +94,7 @@ class Host {
   std::function<void(const Callback&)> observer_;
   std::uint64_t callback_count_ = 0;
   bool recording_ = false;
+  bool is_watched_ = false;  // recorded or observed: asked once a callback
   Host* previous_;
 };
 

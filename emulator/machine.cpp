@@ -63,24 +63,10 @@ void Machine::GetProperty() {
 
 // --- Globals -----------------------------------------------------------------------------------------------------
 
-void Machine::PushGlobal(int length, const unsigned char* name) {
-  stack_.RequireNothingBegun();
-  const std::span<const unsigned char> text = ArgumentText(length, name);
-  const std::string_view global(reinterpret_cast<const char*>(text.data()), text.size());
-  if (global.empty() || global != global_) MakeGlobalKey(global);
-  stack_.PushReference(global_key_);
-}
-
 void Machine::MakeGlobalKey(std::string_view global) {
   if (!IsGlobalName(global)) throw HostError{kInvalidName};
   global_key_ = GlobalKey(global);
   global_ = global;
-}
-
-void Machine::PushGlobalInNamespace(int length, const unsigned char* name, int namespace_length,
-                                    const unsigned char* name_space) {
-  if (!ArgumentText(namespace_length, name_space).empty()) throw HostError{kUnknownNamespace};
-  PushGlobal(length, name);
 }
 
 void Machine::GlobalGet(int subscripts, int flag) {

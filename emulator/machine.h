@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "emulator/argument_text.h"
 #include "emulator/globals.h"
 #include "emulator/handed_out_text.h"
 #include "emulator/long_strings.h"
@@ -77,6 +78,7 @@ class Machine {
   void MakeGlobalKey(std::string_view global);
   void PushSubscriptText(std::string_view subscript);
   void ConvertToCountedString(const Value& result, void* receiver);
+  void PushIntegerArgument(std::int64_t value);
 
   Host& host_;
   ValueStack stack_;
@@ -87,5 +89,32 @@ class Machine {
   std::string global_key_;
   bool scribbling_ = true;
 };
+
+// What makes a reference, as most callbacks do.
+
+inline void Machine::PushGlobal(int length, const unsigned char* name) {
+  stack_.RequireNothingBegun();
+  const std::string_view global = Characters(ArgumentText(length, name));
+  if (global.empty() || global != global_) MakeGlobalKey(global);
+  stack_.PushReference(global_key_);
+}
+
+inline void Machine::PushGlobalInNamespace(int length, const unsigned char* name, int namespace_length,
+                                           const unsigned char* name_space) {
+  if (!ArgumentText(namespace_length, name_space).empty()) throw HostError{kUnknownNamespace};
+  PushGlobal(length, name);
+}
+
+inline void Machine::PushInteger(std::int64_t value) {
+  if (stack_.IsInReference()) return stack_.PushSubscript(value);
+  PushIntegerArgument(value);
+}
+
+inline void Machine::PushBytes(int length, const unsigned char* text) {
+  stack_.RequireRoom();
+  const std::string_view characters = Characters(ArgumentText(length, text));
+  if (stack_.IsInReference()) return stack_.PushSubscript(characters);
+  PushText(characters, StackKind::kArgument);
+}
 
 }  // namespace emulator

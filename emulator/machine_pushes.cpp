@@ -1,16 +1,7 @@
-#include "emulator/argument_text.h"
 #include "emulator/host.h"
 #include "emulator/machine.h"
 
 namespace emulator {
-namespace {
-
-std::string_view Characters(std::span<const unsigned char> text) {
-  return {reinterpret_cast<const char*>(text.data()), text.size()};
-}
-
-}  // namespace
-
 /// Any argument; those that are common as subscripts have ways of their own.
 void Machine::PushArgument(Value value) {
   if (!stack_.IsInReference()) {
@@ -24,8 +15,7 @@ void Machine::PushArgument(Value value) {
   }
 }
 
-void Machine::PushInteger(std::int64_t value) {
-  if (stack_.IsInReference()) return stack_.PushSubscript(value);
+void Machine::PushIntegerArgument(std::int64_t value) {
   stack_.Next() = value;
   stack_.Push(StackKind::kArgument);
 }
@@ -35,13 +25,6 @@ void Machine::PushDouble(double value) { PushArgument(value); }
 void Machine::PushObject(std::uint32_t oref) {
   if (oref != 0 && host_.Find(oref) == nullptr) throw HostError{kInvalidOref};
   PushArgument(ObjectRef{oref});
-}
-
-void Machine::PushBytes(int length, const unsigned char* text) {
-  stack_.RequireRoom();
-  const std::string_view characters = Characters(ArgumentText(length, text));
-  if (stack_.IsInReference()) return stack_.PushSubscript(characters);
-  PushText(characters, StackKind::kArgument);
 }
 
 void Machine::PushUnits(int length, const std::uint16_t* text) {

@@ -7,20 +7,12 @@ void ValueStack::Clear() {
   left_behind_ = 0;
 }
 
-void ValueStack::PushReference(std::string_view global) {
-  RequireRoom();
-  const std::size_t key_at = keys_.Size();
-  keys_.Append(global);
-  tags_[depth_] = {StackKind::kGlobal, false, true, 0, static_cast<std::uint32_t>(depth_), 0, key_at};
-  ++depth_;
-}
-
 void ValueStack::PushUnfitSubscript(int refusal) {
   RequireRoom();
   PushSubscriptAt(keys_.Size(), refusal);
 }
 
-void ValueStack::RequireNothingBegun() const {
+void ValueStack::RequireNoneBegunBelow() const {
   for (std::size_t entry = depth_; entry > std::max(base_, interrupted_); --entry) {
     const StackKind kind = tags_[entry - 1].kind;
     if (kind != StackKind::kArgument && kind != StackKind::kResult) throw HostError{kInvalidArgument};

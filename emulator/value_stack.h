@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -30,7 +31,7 @@ class ValueStack {
  public:
   static constexpr std::size_t kEntries = 1024;
 
-  ValueStack() : values_(kEntries), tags_(kEntries) {}
+  ValueStack() : values_(kEntries) {}
 
   /// Values, calls begun and results in all, with what nested calls have left behind.
   std::size_t Depth() const { return depth_ + left_behind_; }
@@ -70,7 +71,13 @@ class ValueStack {
   // --- References to globals; all of these: @throws HostError  kStackFull ---
 
   /// @param global  its key
-  void PushReference(std::string_view global);
+  void PushReference(std::string_view global) {
+    RequireRoom();
+    const std::size_t key_at = keys_.Size();
+    keys_.Append(global);
+    tags_[depth_] = {StackKind::kGlobal, false, true, 0, static_cast<std::uint32_t>(depth_), 0, key_at};
+    ++depth_;
+  }
   /// Whether the next argument will be a subscript.
   bool IsInReference() const { return depth_ > base_ && tags_[depth_ - 1].is_of_reference; }
   template <class Subscript>
@@ -102,7 +109,9 @@ class ValueStack {
 
   /// Refuses a new call while another one waits for its arguments. One that a failure interrupted does not count.
   /// @throws HostError  kInvalidArgument
-  void RequireNothingBegun() const;
+  void RequireNothingBegun() const {
+    if (depth_ > std::max(base_, interrupted_)) RequireNoneBegunBelow();
+  }
 
   /// The entry begun below the topmost `arguments` entries, which must be arguments and of that kind.
   /// @throws HostError  kInvalidArgument
@@ -149,16 +158,19 @@ class ValueStack {
 
  private:
   void PushSubscriptAt(std::size_t key_at, int refusal) {
-    const Tag& below = tags_[depth_ - 1];
-    const int first_refusal = below.refusal != 0 ? below.refusal : refusal;
-    tags_[depth_++] = {StackKind::kArgument, false, true, 0, below.reference, first_refusal, key_at};
+    Tag tag = tags_[depth_ - 1];
+    tag.kind = StackKind::kArgument;
+    if (tag.refusal == 0) tag.refusal = refusal;
+    tag.key_at = key_at;
+    tags_[depth_++] = tag;
   }
+  void RequireNoneBegunBelow() const;
   void DropDownTo(std::size_t depth) {
     if (depth < depth_) DropFrom(depth);
   }
 
   std::vector<Value> values_;
-  std::vector<Tag> tags_;
+  std::array<Tag, kEntries> tags_;
   KeyStack keys_;
   std::size_t depth_ = 0;
   std::size_t base_ = 0;         // entries below it belong to calls further out
