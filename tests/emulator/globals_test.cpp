@@ -280,6 +280,20 @@ TEST(Globals, NodesOfAllDepthsHaveTheirNeighboursThroughAllChanges) {
   }
 }
 
+/// However many nodes come before: those of the other global may be the first that are kept together.
+TEST(Globals, AWalkEndsWhereAnotherGlobalHasTheSameSubscripts) {
+  for (std::int64_t last = 1; last <= 200; ++last) {
+    MemoryGlobals globals;
+    for (std::int64_t number = 1; number <= last; ++number) {
+      globals.Set("A", {Number(1), Number(number)}, Text("x"));
+    }
+    for (std::int64_t number = 1; number <= 3; ++number) {
+      globals.Set("B", {Number(number), Number(1000)}, Text("x"));
+    }
+    EXPECT_EQ(globals.Order("A", {Number(1), Number(last)}).subscript, "") << last;
+  }
+}
+
 TEST(Globals, KillOfManyNodesLeavesThoseAround) {
   MemoryGlobals globals;
   globals.Set("A", {Text("below")}, Text("first"));
