@@ -1,6 +1,5 @@
 #include <iconv.h>
 
-#include <bit>
 #include <cstdint>
 
 #include "emulator/platform/text_encoding.h"
@@ -53,7 +52,7 @@ class Converter {
   Converter(const Converter&) = delete;
   Converter& operator=(const Converter&) = delete;
 
-  bool IsKnown() const { return handle_ != std::bit_cast<iconv_t>(std::intptr_t{-1}); }
+  bool IsKnown() const { return reinterpret_cast<std::intptr_t>(handle_) != -1; }
 
   /// The text, or nothing. A byte never becomes more than 4 bytes of UTF-8.
   std::optional<std::string> Convert(std::string bytes) {
