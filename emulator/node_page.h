@@ -14,11 +14,11 @@ struct Sought {
   std::string_view key;
   bool is_behind_below = false;  ///< not the key's own, but that behind it and all keys that begin with it
 
-  friend bool operator<(const Sought& sought, std::string_view key) {
-    return sought.key < key && !(sought.is_behind_below && key.starts_with(sought.key));
+  friend bool operator<(const Sought& sought, std::string_view kept) {
+    return sought.key < kept && !(sought.is_behind_below && kept.starts_with(sought.key));
   }
-  friend bool operator<(std::string_view key, const Sought& sought) {
-    return key < sought.key || (sought.is_behind_below && key.starts_with(sought.key));
+  friend bool operator<(std::string_view kept, const Sought& sought) {
+    return kept < sought.key || (sought.is_behind_below && kept.starts_with(sought.key));
   }
 };
 
