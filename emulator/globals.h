@@ -93,7 +93,8 @@ class Globals {
   KeptNeighbour OrderKey(std::string_view key, std::size_t level, int direction) const;
 
  protected:
-  /// A node as it is kept: its key and its value as bytes. Both are valid until the next change.
+  /// A node as it is kept: its key and its value as bytes. The value is valid until the next change, the key until the
+  /// next of the questions below that is answered with one, too.
   struct Entry {
     std::string_view key;
     std::string_view value;

@@ -47,14 +47,14 @@ std::size_t NodePage::IndexOf(const KeyHead& head, std::size_t near) const {
 }
 
 NodePage::Place NodePage::Seek(const Sought& sought, std::size_t near) const {
-  if (!sought.key.starts_with(common_)) return {sought < common_ ? 0 : Size(), false, false};
+  if (!sought.key.starts_with(common_)) return {sought < common_ ? 0 : Size(), false};
   const Sought rest{sought.key.substr(common_.size()), sought.is_behind_below};
   KeyHead head(sought.key, common_.size());
   if (sought.is_behind_below) head = head.With(kBehindDescendants);
   std::size_t index = IndexOf(head, std::min(near, Size()));
-  if (head.IsWhole()) return {index, index < Size() && heads_[index] == head, true};
+  if (head.IsWhole()) return {index, index < Size() && heads_[index] == head};
   while (index < Size() && heads_[index] == head && nodes_[index].rest < rest) ++index;
-  return {index, index < Size() && !rest.is_behind_below && nodes_[index].rest == rest.key, true};
+  return {index, index < Size() && !rest.is_behind_below && nodes_[index].rest == rest.key};
 }
 
 void NodePage::Insert(std::size_t index, std::string_view key, std::string_view value) {

@@ -43,7 +43,6 @@ class NodePage {
   struct Place {
     std::size_t index = 0;  ///< of the first node not before what is sought; Size() for none
     bool is_taken = false;  ///< that node has the key
-    bool is_near = false;   ///< the key begins like those of the page
   };
   /// @param near  an index where the search starts, in the hope that it is not far
   Place Seek(const Sought& sought, std::size_t near) const;

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <iterator>
 #include <map>
 #include <random>
@@ -20,8 +19,6 @@ namespace {
 Value Text(const char* text) { return std::string(text); }
 
 Value Number(std::int64_t number) { return number; }
-
-std::ptrdiff_t Offset(std::size_t index) { return static_cast<std::ptrdiff_t>(index); }
 
 /// The subscripts of one level, as a walk finds them.
 std::vector<std::string> Walk(const Globals& globals, std::vector<Value> above, int direction) {
@@ -233,7 +230,7 @@ std::vector<Value> Values(const std::vector<std::string>& subscripts) {
 std::string NeighbourIn(const Nodes& nodes, const std::vector<std::string>& subscripts, int direction) {
   const std::size_t level = subscripts.size() - 1;
   const auto is_on_level = [&](const std::vector<std::string>& node) {
-    return node.size() > level && std::equal(node.begin(), node.begin() + Offset(level), subscripts.begin());
+    return node.size() > level && std::equal(subscripts.begin(), subscripts.end() - 1, node.begin());
   };
   std::string neighbour;
   for (const auto& node : nodes) {
