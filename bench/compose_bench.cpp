@@ -84,7 +84,7 @@ void Compose(benchmark::State& state, DataSetSource source, const char* syntax) 
   PerElement(state, source());
 }
 
-void Replay(benchmark::State& state, DataSetSource source, const char* syntax) {
+void Replay(benchmark::State& state, DataSetSource source, const char* syntax, Recording::Caller caller) {
   Script script(source(), syntax);
   const vessa::HostServices* const host = script.answers.AnswerAgain();
   Recording recording;
@@ -92,7 +92,7 @@ void Replay(benchmark::State& state, DataSetSource source, const char* syntax) {
   library.Call("zfComposeStream", script.arguments);
   for (auto _ : state) {
     script.answers.Rewind();
-    recording.Replay(*host);
+    recording.Replay(*host, caller);
   }
   PerElement(state, source());
   state.counters["callbacks"] = static_cast<double>(recording.Count());
@@ -114,7 +114,10 @@ void WriteWithDcmtk(benchmark::State& state, DataSetSource source, const char* s
 
 void RegisterSet(const std::string& name, DataSetSource source, const char* syntax) {
   benchmark::RegisterBenchmark(("compose/" + name + "/library").c_str(), Compose, source, syntax);
-  benchmark::RegisterBenchmark(("compose/" + name + "/replay").c_str(), Replay, source, syntax);
+  benchmark::RegisterBenchmark(("compose/" + name + "/replay").c_str(), Replay, source, syntax,
+                               Recording::Caller::kSharedObject);
+  benchmark::RegisterBenchmark(("compose/" + name + "/replay in the program").c_str(), Replay, source, syntax,
+                               Recording::Caller::kProgram);
 }
 
 void RegisterFromMemory(const std::string& name, DataSetSource source, const char* syntax) {

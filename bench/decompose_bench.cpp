@@ -29,7 +29,7 @@ void Decompose(benchmark::State& state, DataSetSource source, const char* syntax
   PerElement(state, data_set);
 }
 
-void Replay(benchmark::State& state, DataSetSource source, const char* syntax) {
+void Replay(benchmark::State& state, DataSetSource source, const char* syntax, Recording::Caller caller) {
   const DataSet& data_set = source();
   Recording recording;
   LibraryUnderTest library(recording.RecordOver(IdleHost()));  // stays loaded: the recorded texts are its own
@@ -37,7 +37,7 @@ void Replay(benchmark::State& state, DataSetSource source, const char* syntax) {
   library.DecomposeStream(syntax);
   for (auto _ : state) {
     ServeStream(data_set.bytes);
-    recording.Replay(*IdleHost());
+    recording.Replay(*IdleHost(), caller);
   }
   PerElement(state, data_set);
   state.counters["callbacks"] = static_cast<double>(recording.Count());
@@ -51,7 +51,10 @@ void Dcmtk(benchmark::State& state, DataSetSource source, const char* syntax) {
 
 void RegisterSet(const std::string& name, DataSetSource source, const char* syntax) {
   benchmark::RegisterBenchmark(("decompose/" + name + "/library").c_str(), Decompose, source, syntax);
-  benchmark::RegisterBenchmark(("decompose/" + name + "/replay").c_str(), Replay, source, syntax);
+  benchmark::RegisterBenchmark(("decompose/" + name + "/replay").c_str(), Replay, source, syntax,
+                               Recording::Caller::kSharedObject);
+  benchmark::RegisterBenchmark(("decompose/" + name + "/replay in the program").c_str(), Replay, source,
+                               syntax, Recording::Caller::kProgram);
   benchmark::RegisterBenchmark(("decompose/" + name + "/dcmtk").c_str(), Dcmtk, source, syntax);
 }
 

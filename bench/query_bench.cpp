@@ -100,7 +100,8 @@ void AskStream(benchmark::State& state, DataSetSource source, const Question& qu
   ExpectAnAnswer(library, question.reference);
 }
 
-void ReplayStream(benchmark::State& state, DataSetSource source, const Question& question) {
+void ReplayStream(benchmark::State& state, DataSetSource source, const Question& question,
+                  Recording::Caller caller) {
   Recording recording;
   LibraryUnderTest library(recording.RecordOver(IdleHost()));
   const std::string arguments = StreamArguments(library, question);
@@ -108,7 +109,7 @@ void ReplayStream(benchmark::State& state, DataSetSource source, const Question&
   library.Call("zfQueryStream", arguments);
   for (auto _ : state) {
     ServeStream(source().bytes);
-    recording.Replay(*IdleHost());
+    recording.Replay(*IdleHost(), caller);
   }
   state.counters["callbacks"] = static_cast<double>(recording.Count());
 }
@@ -126,7 +127,10 @@ void RegisterFile(const std::string& name, DataSetSource source, const Question&
 
 void RegisterStream(const std::string& name, DataSetSource source, const Question& question) {
   benchmark::RegisterBenchmark(("query stream/" + name + "/library").c_str(), AskStream, source, question);
-  benchmark::RegisterBenchmark(("query stream/" + name + "/replay").c_str(), ReplayStream, source, question);
+  benchmark::RegisterBenchmark(("query stream/" + name + "/replay").c_str(), ReplayStream, source, question,
+                               Recording::Caller::kSharedObject);
+  benchmark::RegisterBenchmark(("query stream/" + name + "/replay in the program").c_str(), ReplayStream,
+                               source, question, Recording::Caller::kProgram);
 }
 
 }  // namespace

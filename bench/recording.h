@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <vector>
 
+#include "bench/recorded_callback.h"
 #include "host/binary_interface.h"
 
 namespace bench {
@@ -12,40 +12,19 @@ namespace bench {
 /// between: the least that any library making the same callbacks could cost.
 class Recording {
  public:
-  enum class Operation : std::uint8_t {
-    kConvertResult,
-    kPushInteger,
-    kPushString,
-    kPushGlobal,
-    kPushGlobalInNamespace,
-    kPopInteger,
-    kPopString,
-    kPopWideString,
-    kPushMethod,
-    kInvokeMethod,
-    kPushProperty,
-    kGetProperty,
-    kGlobalDefined,
-    kGlobalGet,
-    kGlobalOrder,
-    kPushUnsigned,
-  };
-  struct Callback {
-    Operation operation;
-    int length;           ///< of the text, or the one integer argument
-    const void* text;     ///< kept by whoever made the call: a method's name, the library's chunk
-    std::uint32_t value;  ///< object reference, unsigned integer, result type
-  };
+  /// Who makes the callbacks again. The library is a shared object, far from the host in memory, and a call between the
+  /// two takes the processor longer than one within a program: only a shared object's replay is what a library could do.
+  enum class Caller { kSharedObject, kProgram };
 
   /// A table that records into this object and passes everything on to `host`. One recording at a time.
   const vessa::HostServices* RecordOver(const vessa::HostServices* host);
   /// Makes the recorded callbacks against `host`.
-  void Replay(const vessa::HostServices& host) const;
+  void Replay(const vessa::HostServices& host, Caller caller) const;
 
   std::size_t Count() const { return callbacks_.size(); }
 
  private:
-  std::vector<Callback> callbacks_;
+  std::vector<RecordedCallback> callbacks_;
   friend struct RecordingCallbacks;
 };
 

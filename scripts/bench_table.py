@@ -1,7 +1,9 @@
 """bench_table.py FOLDER: lays the medians of the Google Benchmark reports there side by side.
 
-A benchmark is named WORK/DATA/WHO; WHO is "library", "replay" (its callbacks alone), "dcmtk" or another peer. The
-repetitions of all of them are interleaved, so that a slow moment of the machine meets each alike. Of the reports in
+A benchmark is named WORK/DATA/WHO; WHO is "library", "replay" (its callbacks alone, made by a shared object, as the
+library is one), "replay in the program" (the same by the program that plays the host, which spares the processor the
+calls between modules), "dcmtk" or another peer. The repetitions of all of them are interleaved, so that a slow moment of
+the machine meets each alike; the shortest times of each are those that the machine disturbed least. Of the reports in
 FOLDER/before the library's rows are shown, as "before".
 """
 
@@ -31,10 +33,11 @@ def medians(reports):
                               ("elements_per_second", 1)):
             if counter in run:
                 samples.setdefault(counter, []).append(run[counter] * unit)
-    return {
-        work: {who: {name: statistics.median(values) for name, values in samples.items()} for who, samples in rows.items()}
-        for work, rows in runs.items()
-    }
+    return {work: {who: summary(samples) for who, samples in rows.items()} for work, rows in runs.items()}
+
+
+def summary(samples):
+    return {name: statistics.median(values) for name, values in samples.items()} | {"least ns": min(samples["ns"])}
 
 
 def duration(nanoseconds):
@@ -44,11 +47,17 @@ def duration(nanoseconds):
     return f"{nanoseconds:.1f} ns"
 
 
+def ratio(reference, row, quantity):
+    return f"{reference[quantity] / row[quantity]:.3g}"
+
+
 def line(who, row, reference):
-    cells = [f"  {who:<10}{duration(row['ns']):>12}"]
+    cells = [f"  {who:<24}{duration(row['ns']):>12}"]
     cells.append(f"{row['per_element']:9.1f} ns/element" if row.get("per_element", 1e9) < 1e5 else " " * 20)
     cells.append(f"{row['bytes_per_second']:8.2f} GB/s" if "bytes_per_second" in row else " " * 13)
-    cells.append(f"  library takes {reference['ns'] / row['ns']:.3g} x this" if row is not reference else "")
+    if row is not reference:
+        cells.append(f"  library takes {ratio(reference, row, 'ns')} x this")
+        cells.append(f" (at their best {ratio(reference, row, 'least ns')} x)")
     for name in ("callbacks", "bytes_read", "elements_per_second"):
         if name in row:
             cells.append(f"  {row[name]:.0f} {name.replace('_', ' ')}")
