@@ -16,9 +16,9 @@ namespace emulator {
 /// Keys of global nodes in the making, end to end. They grow and go at the end alone; the storage is used again.
 class KeyStack {
  public:
-  KeyStack() { WriteNumber(0); }
+  KeyStack();
 
-  std::size_t Size() const { return size_; }
+  std::uint32_t Size() const { return static_cast<std::uint32_t>(size_); }
   /// The bytes from there on; valid until the next is appended.
   std::string_view From(std::size_t at) const { return {bytes_.data() + at, size_ - at}; }
   void CutTo(std::size_t size) { size_ = size; }
@@ -29,34 +29,38 @@ class KeyStack {
     size_ += key.size();
   }
   void AppendSubscript(std::string_view text) {
-    const bool may_be_number = !text.empty() && text.front() <= '9';
-    if (may_be_number && text == identifier_) return Append(identifier_key_);
-    const std::size_t at = size_;
-    GrowTo(WriteSubscript(text, Room(MostKeyBytes(text.size()))));
-    if (may_be_number && IsTextSubscript(From(at))) Remember(text, From(at));
+    if (text.size() == 1) return AppendCharacter(text.front());
+    AppendText(text);
   }
   void AppendSubscript(std::int64_t number) {
     if (number != number_) WriteNumber(number);
-    std::memcpy(Room(number_key_.size()), number_key_.data(),
-                number_key_.size());  // of a size that compilers know
-    size_ += number_key_size_;
+    AppendCopy(number_key_, number_key_size_);
   }
 
  private:
+  /// The key bytes of a text of one character, as the names of an element's parts and most numbers of items are.
+  struct CharacterKey {
+    std::array<char, MostKeyBytes(1)> bytes{};
+    std::size_t size = 0;
+  };
+
+  void AppendCharacter(char character) {
+    const CharacterKey& key = characters_[static_cast<unsigned char>(character)];
+    AppendCopy(key.bytes, key.size);
+  }
+  /// The first `size` of the bytes; all are copied, for compilers know how many they are.
+  template <std::size_t kSize>
+  void AppendCopy(const std::array<char, kSize>& bytes, std::size_t size) {
+    std::memcpy(Room(kSize), bytes.data(), kSize);
+    size_ += size;
+  }
   char* Room(std::size_t bytes) {
     if (bytes_.size() - size_ < bytes) bytes_.resize(2 * (size_ + bytes));
     return bytes_.data() + size_;
   }
-  void Remember(std::string_view identifier, std::string_view key) {
-    identifier_ = identifier;
-    identifier_key_ = key;
-  }
-  void WriteNumber(std::int64_t number) {
-    number_key_size_ =
-        static_cast<std::size_t>(WriteSubscript(number, number_key_.data()) - number_key_.data());
-    number_ = number;
-  }
-  void GrowTo(const char* end) { size_ = static_cast<std::size_t>(end - bytes_.data()); }
+  void AppendText(std::string_view text);
+  void Remember(std::string_view identifier, std::string_view key);
+  void WriteNumber(std::int64_t number);
 
   std::vector<char> bytes_;
   std::size_t size_ = 0;
@@ -66,6 +70,7 @@ class KeyStack {
   std::int64_t number_ = 0;
   std::array<char, kMostIntegerKeyBytes> number_key_{};
   std::size_t number_key_size_ = 0;
+  std::array<CharacterKey, 256> characters_;
   std::string identifier_;
   std::string identifier_key_;
 };

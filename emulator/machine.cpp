@@ -11,6 +11,8 @@
 namespace emulator {
 namespace {
 
+constexpr std::size_t kShortText = 15;
+
 /// Integers leave the host as 32 bits; of larger ones the low bits.
 std::int32_t LowBits(std::int64_t value) {
   return static_cast<std::int32_t>(
@@ -37,7 +39,7 @@ void Machine::PushResult(Result&& value) {
 void Machine::InvokeMethod(int arguments) {
   const std::size_t begun = stack_.Begun(StackKind::kMethod, arguments);
   const ValueStack::Tag tag = stack_.TagAt(begun);
-  const std::shared_ptr<Object> object = host_.Share(tag.oref);  // a method may remove its own object
+  const std::shared_ptr<Object> object = host_.Share(tag.of);  // a method may remove its own object
   if (object == nullptr) throw HostError{kInvalidOref};
   Value result;
   {
@@ -50,7 +52,7 @@ void Machine::InvokeMethod(int arguments) {
 
 void Machine::GetProperty() {
   const std::size_t begun = stack_.Begun(StackKind::kProperty, 0);
-  const std::shared_ptr<Object> object = host_.Share(stack_.TagAt(begun).oref);
+  const std::shared_ptr<Object> object = host_.Share(stack_.TagAt(begun).of);
   if (object == nullptr) throw HostError{kInvalidOref};
   Value result;
   {
@@ -159,7 +161,12 @@ std::int32_t Machine::PopInteger() {
 std::string& Machine::PopBytes() {
   Value& result = stack_.TopResult(kInvalidArgument);
   if (auto* const text = std::get_if<std::string>(&result)) {
-    bytes_.Place().swap(*text);
+    // A short one is copied: that takes less than a swap, and the next value finds storage of its own kind.
+    if (text->size() <= kShortText) {
+      bytes_.Place().assign(*text);
+    } else {
+      bytes_.Place().swap(*text);
+    }
   } else {
     AssignBytes(result, bytes_.Place());
   }

@@ -7,6 +7,7 @@ namespace emulator {
 namespace {
 
 constexpr std::size_t kMostNodesOfPage = 64;
+constexpr std::size_t kAboutAsLong = 4;  // bytes
 
 }  // namespace
 
@@ -70,40 +71,34 @@ void MemoryGlobals::Erase(std::string_view first, std::string_view behind) {
 }
 
 const MemoryGlobals::Position& MemoryGlobals::Seek(const Sought& sought) const {
-  auto found = std::find_if(recent_.begin(), recent_.end(),
-                            [&sought](Position& position) { return MoveWithin(position, sought); });
-  if (found == recent_.end()) {
-    const Position position = SeekAnew(sought);
-    found = std::find_if(recent_.begin(), recent_.end() - 1,
-                         [&position](const Position& recent) { return recent.page == position.page; });
-    *found = position;
-  }
-  if (found != recent_.begin()) std::rotate(recent_.begin(), found, found + 1);
-  return recent_.front();
-}
-
-/// Moves a position to what is sought if that is among the nodes of its page; otherwise it stays.
-bool MemoryGlobals::MoveWithin(Position& position, const Sought& sought) {
-  const NodePage& page = position.page->second;
-  const NodePage::Place place = page.Seek(sought, position.place.index);
-  if (place.index == page.Size() || (place.index == 0 && !place.is_taken)) return false;
-  position.place = place;
-  return true;
-}
-
-/// Behind the nodes of a page of late or in the page behind that, as a walk comes to the end of its page; or wherever it
-/// is.
-MemoryGlobals::Position MemoryGlobals::SeekAnew(const Sought& sought) const {
-  for (const Position& recent : recent_) {
-    const auto page = recent.page;
-    const NodePage::Place place = page->second.Seek(sought, page->second.Size());
-    if (place.index < page->second.Size()) continue;
-    Position next{std::next(page), {}};
-    if (next.page == pages_.end() || sought < next.page->first) return {page, place};
-    if (MoveWithin(next, sought)) return next;
-  }
+  const Position& last = recent_[last_];
+  last_ = sought.key.size() / kAboutAsLong % recent_.size();
+  Position& recent = recent_[last_];
+  if (MoveTo(sought, recent)) return recent;
+  recent = last;
+  if (MoveTo(sought, recent)) return recent;
   const auto page = std::prev(pages_.upper_bound(sought));
-  return {page, page->second.Seek(sought, 0)};
+  return recent = {page, page->second.Seek(sought, 0)};
+}
+
+/// Moves a position to what is sought if that is in its page or, as when a walk comes to the end of one, in the next;
+/// otherwise it stays.
+bool MemoryGlobals::MoveTo(const Sought& sought, Position& position) const {
+  const NodePage::Place place = position.page->second.Seek(sought, position.place.index);
+  if (place.index == 0 && !place.is_taken) return false;
+  if (place.index < position.page->second.Size()) {
+    position.place = place;
+    return true;
+  }
+  const auto next = std::next(position.page);
+  if (next == pages_.end() || sought < next->first) {
+    position.place = place;
+    return true;
+  }
+  const NodePage::Place place_in_next = next->second.Seek(sought, 0);
+  if (place_in_next.index == next->second.Size()) return false;
+  position = {next, place_in_next};
+  return true;
 }
 
 /// The first node from there on.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <map>
 
 #include "emulator/globals.h"
@@ -37,16 +38,16 @@ class MemoryGlobals : public Globals {
   };
 
   const Position& Seek(const Sought& sought) const;
-  static bool MoveWithin(Position& position, const Sought& sought);
-  Position SeekAnew(const Sought& sought) const;
+  bool MoveTo(const Sought& sought, Position& position) const;
   std::optional<NodePlace> FirstFrom(const Position& position) const;
   void Forget() { recent_.fill({pages_.begin(), {}}); }
 
   Pages pages_;
-  /// Where the last searches ended, the last first: what is asked for next is most often near, as in a walk over the
-  /// elements of an item and the values behind them.
-  mutable std::array<Position, 4> recent_;
-  mutable std::string key_;  // of what was found last: storage that is used again
+  /// Where the last searches ended, each in the place of keys of about that length: those of a walk are about as long,
+  /// and what one asks for next is most often near.
+  mutable std::array<Position, 8> recent_;
+  mutable std::size_t last_ = 0;  // the index of the last search's
+  mutable std::string key_;       // of what was found last: storage that is used again
 };
 
 }  // namespace emulator

@@ -9,7 +9,9 @@ void ValueStack::Clear() {
 
 void ValueStack::PushUnfitSubscript(int refusal) {
   RequireRoom();
-  PushSubscriptAt(keys_.Size(), refusal);
+  PushSubscriptAt(keys_.Size());
+  Tag& top = tags_[depth_ - 1];
+  if (top.refusal == 0) top.refusal = refusal;
 }
 
 void ValueStack::RequireNoneBegunBelow() const {

@@ -37,15 +37,14 @@ class ValueStack {
   std::size_t Depth() const { return depth_ + left_behind_; }
   void Clear();
 
-  /// Who is called, and whether a result is wanted.
+  /// Who is called, and whether a result is wanted. Small, for each push writes one.
   struct Tag {
     StackKind kind = StackKind::kArgument;
     bool result_wanted = false;
     bool is_of_reference = false;  ///< the reference itself or a subscript of it
-    std::uint32_t oref = 0;
-    std::uint32_t reference = 0;  ///< the entry that begins it
+    std::uint32_t of = 0;          ///< the object called, or the entry that begins the reference
     int refusal = 0;  ///< what the reference is answered with when it is used; 0 when all is well up to here
-    std::size_t key_at = 0;  ///< where in the keys its bytes begin
+    std::uint32_t key_at = 0;  ///< where in the keys its bytes begin
   };
 
   /// The place of the next entry, to be filled and then pushed. @throws HostError  kStackFull
@@ -65,7 +64,7 @@ class ValueStack {
     if (depth_ == kEntries) throw HostError{kStackFull};
   }
   void Push(StackKind kind, std::uint32_t oref = 0, bool result_wanted = false) {
-    tags_[depth_++] = {kind, result_wanted, false, oref, 0, 0, keys_.Size()};
+    tags_[depth_++] = {kind, result_wanted, false, oref, 0, keys_.Size()};
   }
 
   // --- References to globals; all of these: @throws HostError  kStackFull ---
@@ -73,9 +72,9 @@ class ValueStack {
   /// @param global  its key
   void PushReference(std::string_view global) {
     RequireRoom();
-    const std::size_t key_at = keys_.Size();
+    const std::uint32_t key_at = keys_.Size();
     keys_.Append(global);
-    tags_[depth_] = {StackKind::kGlobal, false, true, 0, static_cast<std::uint32_t>(depth_), 0, key_at};
+    tags_[depth_] = {StackKind::kGlobal, false, true, static_cast<std::uint32_t>(depth_), 0, key_at};
     ++depth_;
   }
   /// Whether the next argument will be a subscript.
@@ -83,9 +82,9 @@ class ValueStack {
   template <class Subscript>
   void PushSubscript(const Subscript& subscript) {
     RequireRoom();
-    const std::size_t key_at = keys_.Size();
+    const std::uint32_t key_at = keys_.Size();
     keys_.AppendSubscript(subscript);
-    PushSubscriptAt(key_at, 0);
+    PushSubscriptAt(key_at);
   }
   /// An argument that cannot be a subscript: its reference is of no use.
   void PushUnfitSubscript(int refusal);
@@ -101,10 +100,10 @@ class ValueStack {
   Reference ReferenceBegun(int subscripts) const {
     if (!IsInReference()) throw HostError{kInvalidArgument};
     const Tag& top = tags_[depth_ - 1];
-    if (top.reference + static_cast<std::size_t>(subscripts) != depth_ - 1) throw HostError{kInvalidArgument};
+    if (top.of + static_cast<std::size_t>(subscripts) != depth_ - 1) throw HostError{kInvalidArgument};
     if (top.refusal != 0) throw HostError{top.refusal};
-    const std::size_t key_at = tags_[top.reference].key_at;
-    return {top.reference, keys_.From(key_at), top.key_at - key_at};
+    const std::uint32_t key_at = tags_[top.of].key_at;
+    return {top.of, keys_.From(key_at), top.key_at - key_at};
   }
 
   /// Refuses a new call while another one waits for its arguments. One that a failure interrupted does not count.
@@ -157,12 +156,10 @@ class ValueStack {
   };
 
  private:
-  void PushSubscriptAt(std::size_t key_at, int refusal) {
-    Tag tag = tags_[depth_ - 1];
-    tag.kind = StackKind::kArgument;
-    if (tag.refusal == 0) tag.refusal = refusal;
-    tag.key_at = key_at;
-    tags_[depth_++] = tag;
+  void PushSubscriptAt(std::uint32_t key_at) {
+    const Tag& below = tags_[depth_ - 1];
+    tags_[depth_] = {StackKind::kArgument, false, true, below.of, below.refusal, key_at};
+    ++depth_;
   }
   void RequireNoneBegunBelow() const;
   void DropDownTo(std::size_t depth) {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "tests/emulator/host_calls.h"
 
 namespace emulator {
@@ -171,6 +174,28 @@ TEST_F(GlobalCallback, TakesSubscriptsOfEveryKind) {
   ASSERT_EQ(Callbacks().push_unsigned(2), 0);
   ASSERT_EQ(Callbacks().push_counted(1, Units("x")), 0);
   EXPECT_EQ(get(), "below two");
+}
+
+/// The value of ^B(subscript).
+std::string ValueOfB(std::string_view subscript) {
+  EXPECT_EQ(PushGlobal("B"), 0);
+  EXPECT_EQ(PushText(subscript), 0);
+  EXPECT_EQ(Callbacks().global_get(1, 0), 0);
+  return PopText().text;
+}
+
+TEST_F(GlobalCallback, FindsTheNodeOfEveryTextOfOneCharacter) {
+  std::vector<std::string> texts;
+  for (int byte = 0; byte <= 0xFF; ++byte) texts.emplace_back(1, static_cast<char>(byte));
+  for (const std::string& text : texts) host_.globals().Set("B", {text}, "of " + text);
+  for (const std::string& text : texts) EXPECT_EQ(ValueOfB(text), "of " + text);
+}
+
+TEST_F(GlobalCallback, FindsTheNodesOfTextsThatBeginAlike) {
+  const std::vector<std::string> texts{"d",  "dd", "d1",  "1", "12",   "1.2",     "1.2.3",   "1.2.3.4",
+                                       "10", "01", "1.0", ".", "-1.5", "1.2.3.5", "1.2.3.4", "-"};
+  for (const std::string& text : texts) host_.globals().Set("B", {text}, "of " + text);
+  for (const std::string& text : texts) EXPECT_EQ(ValueOfB(text), "of " + text);
 }
 
 TEST_F(GlobalCallback, AReferenceOutlivesTheRefusalOfAnother) {
