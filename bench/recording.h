@@ -12,8 +12,9 @@ namespace bench {
 /// between: the least that any library making the same callbacks could cost.
 class Recording {
  public:
-  /// Who makes the callbacks again. The library is a shared object, far from the host in memory, and a call between the
-  /// two takes the processor longer than one within a program: only a shared object's replay is what a library could do.
+  /// Who makes the callbacks again. Shared objects lie far from the program in memory, and a call over that distance
+  /// takes the processor longer: only a shared object's replay is what a library could do. Started through the loader
+  /// (ld-linux-x86-64.so.2 vessa_bench), the program lies beside them, and both replays take the same.
   enum class Caller { kSharedObject, kProgram };
 
   /// A table that records into this object and passes everything on to `host`. One recording at a time.

@@ -1,8 +1,8 @@
 """bench_table.py FOLDER: lays the medians of the Google Benchmark reports there side by side.
 
 A benchmark is named WORK/DATA/WHO; WHO is "library", "replay" (its callbacks alone, made by a shared object, as the
-library is one), "replay in the program" (the same by the program that plays the host, which spares the processor the
-calls between modules), "dcmtk" or another peer. The repetitions of all of them are interleaved, so that a slow moment of
+library is one), "replay in the program" (the same by the program that plays the host, which spares the processor calls
+to code far away in memory), "dcmtk" or another peer. The repetitions of all of them are interleaved, so that a slow moment of
 the machine meets each alike; the shortest times of each are those that the machine disturbed least. Of the reports in
 FOLDER/before the library's rows are shown, as "before".
 """
