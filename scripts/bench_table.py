@@ -2,9 +2,9 @@
 
 A benchmark is named WORK/DATA/WHO; WHO is "library", "replay" (its callbacks alone, made by a shared object, as the
 library is one), "replay in the program" (the same by the program that plays the host, which spares the processor calls
-to code far away in memory), "dcmtk" or another peer. The repetitions of all of them are interleaved, so that a slow moment of
-the machine meets each alike; the shortest times of each are those that the machine disturbed least. Of the reports in
-FOLDER/before the library's rows are shown, as "before".
+to code far away in memory), "dcmtk" or another peer. The repetitions of all of them are interleaved, so that a slow
+moment of the machine meets each alike; the shortest times of each are those that the machine disturbed least. Of the
+reports in FOLDER/before the library's rows are shown, as "before".
 """
 
 import json
